@@ -1,0 +1,261 @@
+#include "store/DataModelManager.h"
+
+#include "store/ApplicationDelegate.h"
+#include "store/DebugTrace.h"
+#include "store/ManagedObjectContext.h"
+#include "store/ManagedObjectModel.h"
+#include "store/PersistentStoreCoordinator.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <sqlite3.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace {
+QString g_dataDirectoryOverride;
+
+const char* const kSchema[] = {
+    "create table Page (idt integer primary key autoincrement,path text not null, page text not null, title text not null, url text not null,is_no_index integer,is_no_follow integer,is_canonical integer,in_link_count integer,out_link_count integer,depth integer,weight real)",
+    "CREATE INDEX PAGE_URL_IDX on Page(url)",
+    "create table Links(idt_page integer, idt_source integer, anchor text,counter integer, CONSTRAINT FK_SOURCES_REL1 FOREIGN KEY(idt_page) REFERENCES Page(idt), CONSTRAINT FK_SOURCES_REL2 FOREIGN KEY(idt_source) REFERENCES Page(idt) )",
+    "CREATE INDEX SOURCES_IDX on Links(idt_page)",
+    "create table DownloaderQueue (idt integer primary key autoincrement,url text not null,path text not null,document_name text not null,depth integer,perform_done integer)",
+    "CREATE INDEX DOWNLOADER_QUEUE_DONE on DownloaderQueue(perform_done)",
+    "CREATE INDEX DOWNLOADER_QUEUE_URL on DownloaderQueue(url)",
+    "create table LinkHeaders (url text not null, content_type text not null, content_length integer,downloaded_length integer)",
+    "CREATE INDEX HEADERS_IDX on LinkHeaders(url)",
+};
+
+QString appendComponent(const QString& directory, const QString& component)
+{
+    if (directory.endsWith(QLatin1Char('/')))
+        return directory + component;
+    return directory + QLatin1Char('/') + component;
+}
+
+bool removePath(const QString& path)
+{
+    QFileInfo info(path);
+    if (info.isDir() && !info.isSymLink())
+        return QDir(path).removeRecursively();
+    return QFile::remove(path);
+}
+} // namespace
+
+DataModelManager::DataModelManager(ApplicationDelegate* appDelegate) : appDelegate_(appDelegate)
+{
+    // The log folder: "Logs" in the application files directory, created on the spot.
+    defaultLogFolder_ = appendComponent(applicationFilesDirectory(), QStringLiteral("Logs"));
+    QDir().mkpath(defaultLogFolder_);
+}
+
+DataModelManager::~DataModelManager() = default;
+
+void DataModelManager::setDataDirectoryOverride(const QString& directory)
+{
+    g_dataDirectoryOverride = directory;
+}
+
+QString DataModelManager::applicationIdentifier()
+{
+    return QStringLiteral("org.quillmere.Quillmere");
+}
+
+QString DataModelManager::applicationFilesDirectory() const
+{
+    if (!g_dataDirectoryOverride.isEmpty())
+        return QDir::cleanPath(QDir(g_dataDirectoryOverride).absolutePath());
+    const QByteArray fromEnv = qgetenv("QUILLMERE_DATA_DIR");
+    if (!fromEnv.isEmpty())
+        return QDir::cleanPath(QDir(QString::fromLocal8Bit(fromEnv)).absolutePath());
+    QString base = QString::fromLocal8Bit(qgetenv("XDG_DATA_HOME"));
+    if (base.isEmpty() || !QDir::isAbsolutePath(base))
+        base = QDir::homePath() + QStringLiteral("/.local/share");
+    return appendComponent(base, applicationIdentifier());
+}
+
+const ManagedObjectModel* DataModelManager::managedObjectModel()
+{
+    if (!managedObjectModel_)
+        managedObjectModel_ = ManagedObjectModel::quillmereModel();
+    return managedObjectModel_;
+}
+
+PersistentStoreCoordinator* DataModelManager::persistentStoreCoordinator()
+{
+    if (persistentStoreCoordinator_)
+        return persistentStoreCoordinator_.get();
+
+    const ManagedObjectModel* model = managedObjectModel();
+    if (!model) {
+        DebugTrace("%s:%s No model to generate a store from", "DataModelManager", "persistentStoreCoordinator");
+        return nullptr;
+    }
+
+    const QString directory = applicationFilesDirectory();
+    QFileInfo info(directory);
+    if (!info.exists()) {
+        if (!QDir().mkpath(directory)) {
+            const int err = errno;
+            AppError error{QStringLiteral("NSCocoaErrorDomain"), 513,
+                           QStringLiteral("The folder for application data could not be created (%1).").arg(directory),
+                           QString::fromLocal8Bit(std::strerror(err ? err : EACCES))};
+            appDelegate_->presentError(error);
+            return nullptr;
+        }
+    } else if (!info.isDir()) {
+        AppError error{QStringLiteral("YOUR_ERROR_DOMAIN"), 101,
+                       QStringLiteral("Expected a folder to store application data, found a file (%1).").arg(directory),
+                       QString()};
+        appDelegate_->presentError(error);
+        return nullptr;
+    }
+
+    auto coordinator = std::make_unique<PersistentStoreCoordinator>(model);
+    AppError error;
+    if (!coordinator->addSQLiteStoreAtPath(appendComponent(directory, QStringLiteral("Quillmere.storedata")), &error)) {
+        appDelegate_->presentError(error);
+        return nullptr;
+    }
+    persistentStoreCoordinator_ = std::move(coordinator);
+    return persistentStoreCoordinator_.get();
+}
+
+ManagedObjectContext* DataModelManager::managedObjectContext()
+{
+    if (managedObjectContext_)
+        return managedObjectContext_.get();
+    PersistentStoreCoordinator* coordinator = persistentStoreCoordinator();
+    if (!coordinator) {
+        AppError error{QStringLiteral("YOUR_ERROR_DOMAIN"), 9999, QStringLiteral("Failed to initialize the store"),
+                       QStringLiteral("There was an error building up the data file.")};
+        appDelegate_->presentError(error);
+        return nullptr;
+    }
+    managedObjectContext_ = std::make_unique<ManagedObjectContext>(coordinator);
+    return managedObjectContext_.get();
+}
+
+bool DataModelManager::saveContext()
+{
+    return saveContext(true);
+}
+
+bool DataModelManager::saveContext(bool rollbackOnFailure)
+{
+    // Uses the context only if it exists already: saving never builds the store.
+    ManagedObjectContext* context = managedObjectContext_.get();
+    if (!context || !context->hasChanges())
+        return true;
+    AppError error;
+    if (context->save(&error))
+        return true;
+    DebugTrace("saveContext Error::%s", qPrintable(error.localizedFailureReason));
+    if (rollbackOnFailure)
+        context->rollback();
+    return false;
+}
+
+QString DataModelManager::fullSQLite3FileNameWithProjectName(const QString& sqliteFileName) const
+{
+    return appendComponent(applicationFilesDirectory(), QStringLiteral("%1").arg(sqliteFileName));
+}
+
+sqlite3* DataModelManager::openOrCreateSQLite3DatabaseWithName(const QString& path)
+{
+    const QByteArray file = path.toUtf8();
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
+    sqlite3* db = nullptr;
+    if (QFileInfo::exists(path)) {
+        DebugTrace("EXIST %s", file.constData());
+        if (sqlite3_open_v2(file.constData(), &db, flags, nullptr) != SQLITE_OK) {
+            sqlite3_close(db);
+            return nullptr;
+        }
+        return db;
+    }
+    DebugTrace("CREATE %s", file.constData());
+    if (sqlite3_open_v2(file.constData(), &db, flags, nullptr) != SQLITE_OK) {
+        sqlite3_close(db);
+        return nullptr;
+    }
+    for (const char* statement : kSchema) {
+        sqlite3_stmt* stmt = nullptr;
+        if (sqlite3_prepare_v2(db, statement, -1, &stmt, nullptr) == SQLITE_OK)
+            sqlite3_step(stmt);
+        sqlite3_finalize(stmt);
+    }
+    return db;
+}
+
+void DataModelManager::closeSQLite3Database(sqlite3* database)
+{
+    sqlite3_close(database);
+}
+
+void DataModelManager::deleteSQLite3DatabaseWithName(const QString& path)
+{
+    QFile::remove(path);
+}
+
+void DataModelManager::truncateSQLite3Database(sqlite3* database)
+{
+    for (const char* statement : {"delete from Links", "delete from Page", "delete from DownloaderQueue"}) {
+        sqlite3_stmt* stmt = nullptr;
+        if (sqlite3_prepare_v2(database, statement, -1, &stmt, nullptr) == SQLITE_OK)
+            sqlite3_step(stmt);
+        sqlite3_finalize(stmt);
+    }
+}
+
+const char* const* DataModelManager::crawlDatabaseSchema(int* count)
+{
+    if (count)
+        *count = int(std::size(kSchema));
+    return kSchema;
+}
+
+QString DataModelManager::fullLogFileNameWithProjectName(const QString& projectName) const
+{
+    return appendComponent(defaultLogFolder_, QStringLiteral("%1.log").arg(projectName));
+}
+
+QString DataModelManager::fullLogErrorsFileNameWithProjectName(const QString& projectName) const
+{
+    return appendComponent(applicationFilesDirectory(), QStringLiteral("%1_errors.log").arg(projectName));
+}
+
+QString DataModelManager::fullHtmlLocalFileNameWithProjectName(const QString& projectName,
+                                                               const QString& htmlFileName) const
+{
+    const QString folder = appendComponent(defaultLogFolder_, projectName);
+    if (!QFileInfo::exists(folder))
+        QDir().mkpath(folder);
+    return appendComponent(folder, htmlFileName);
+}
+
+void DataModelManager::deleteLogFileNameWithProjectName(const QString& projectName)
+{
+    const QString path = fullLogFileNameWithProjectName(projectName);
+    if (QFileInfo::exists(path))
+        removePath(path);
+}
+
+void DataModelManager::deleteLogErrorsFileNameWithProjectName(const QString& projectName)
+{
+    const QString path = fullLogErrorsFileNameWithProjectName(projectName);
+    if (QFileInfo::exists(path))
+        removePath(path);
+}
+
+void DataModelManager::deleteHtmlLocalFilesWithProjectName(const QString& projectName)
+{
+    const QString folder = appendComponent(defaultLogFolder_, projectName);
+    if (QFileInfo::exists(folder))
+        removePath(folder);
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "store/AppError.h"
+#include "store/ManagedObjectModel.h"
+
+#include <QList>
+#include <QString>
+#include <QVariantMap>
+
+#include <optional>
+
+struct sqlite3;
+
+// One row of the registry store: its primary key and its persistent attribute values
+// (a null QVariant is an unset attribute).
+struct StoreRow {
+    qint64 primaryKey = 0;
+    QVariantMap values;
+};
+
+struct StoreChanges {
+    QList<QVariantMap> inserts;       // primary keys come back in the same order
+    QList<StoreRow> updates;
+    QList<qint64> deletes;
+};
+
+// The registry's SQLite store: one table per entity, one column per persistent attribute.
+class PersistentStoreCoordinator {
+public:
+    explicit PersistentStoreCoordinator(const ManagedObjectModel* model);
+    ~PersistentStoreCoordinator();
+    PersistentStoreCoordinator(const PersistentStoreCoordinator&) = delete;
+    PersistentStoreCoordinator& operator=(const PersistentStoreCoordinator&) = delete;
+
+    const ManagedObjectModel* managedObjectModel() const { return model_; }
+    QString storePath() const { return path_; }
+
+    // Opens (or creates) the store file and its tables. On failure nothing is kept.
+    bool addSQLiteStoreAtPath(const QString& path, AppError* error);
+
+    std::optional<QList<StoreRow>> fetchRows(const EntityDescription& entity, AppError* error);
+    std::optional<qint64> countRows(const EntityDescription& entity, AppError* error);
+    // Applies every change in one transaction: all or nothing.
+    bool saveChanges(const EntityDescription& entity, const StoreChanges& changes,
+                     QList<qint64>* insertedKeys, AppError* error);
+
+private:
+    AppError storeError(const QString& what) const;
+
+    const ManagedObjectModel* model_;
+    QString path_;
+    sqlite3* db_ = nullptr;
+};
