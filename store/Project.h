@@ -92,6 +92,10 @@ public:
     void saveHtmlContent(const QString& content, const QString& name);
     void saveHtmlData(const QByteArray& data, const QString& name);
 
+    // robots.txt rules; defined with the rule classes in html/ProjectRobots.cpp.
+    void loadRobotsTxt(const QString& robotsTxt, QList<std::shared_ptr<RobotEntry>>& array) const;
+    bool isAllowedURL(const QString& path, const QList<std::shared_ptr<RobotEntry>>& array) const;
+
 private:
     qint32 intAttribute(const char* key) const;
 
