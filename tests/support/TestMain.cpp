@@ -4,10 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include "store/Localization.h"
+
 int main(int argc, char** argv)
 {
     qputenv("QUILLMERE_TRACE", "0");
     QCoreApplication app(argc, argv);
+    Localization::install();
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
