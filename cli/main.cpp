@@ -1,6 +1,69 @@
+// quillmere: the command-line face of the crawler.
+#include "cli/CliContext.h"
+#include "cli/CommandLine.h"
+#include "cli/ProjectCommands.h"
+#include "store/DataModelManager.h"
+#include "store/Localization.h"
+
 #include <QCoreApplication>
+
+#include <functional>
+
+namespace {
+struct Command {
+    CommandSpec spec;
+    std::function<int(CliContext&)> run;
+};
+
+QList<Command> commands()
+{
+    QList<Command> list;
+    const auto projectSpecs = ProjectCommands::specs();
+    list.append({projectSpecs[0], ProjectCommands::runNew});
+    list.append({projectSpecs[1], ProjectCommands::runProjects});
+    list.append({projectSpecs[2], ProjectCommands::runDelete});
+    return list;
+}
+} // namespace
+
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    return 0;
+    QCoreApplication::setApplicationName(QStringLiteral("quillmere"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
+    Localization::install();
+
+    const QList<Command> all = commands();
+    QList<CommandSpec> specs;
+    for (const auto& c : all)
+        specs.append(c.spec);
+
+    CliContext context;
+    QString dataDir, error;
+    if (!CommandLine::parse(QCoreApplication::arguments(), specs, &dataDir, &context.command, &error)) {
+        failWith(ExitUsage, error);
+        std::fprintf(stderr, "Try 'quillmere --help'.\n");
+        return ExitUsage;
+    }
+    if (context.command.help) {
+        for (const auto& c : all) {
+            if (c.spec.name == context.command.command) {
+                printOut(CommandLine::commandHelp(c.spec));
+                return ExitOk;
+            }
+        }
+        printOut(CommandLine::usage(specs));
+        return ExitOk;
+    }
+    if (!dataDir.isEmpty())
+        DataModelManager::setDataDirectoryOverride(dataDir);
+
+    CliErrorPresenter presenter;
+    CoreAppDelegate appDelegate(&presenter);
+    context.appDelegate = &appDelegate;
+    for (const auto& c : all) {
+        if (c.spec.name == context.command.command)
+            return c.run(context);
+    }
+    return ExitUsage;
 }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "store/AppError.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+// On the command line an error meant for the user ends the program: its description and
+// reason go to standard error, and the status is 2.
+class CliErrorPresenter : public ErrorPresenter {
+public:
+    void presentError(const AppError& error) override
+    {
+        std::fprintf(stderr, "quillmere: %s\n", qPrintable(error.localizedDescription));
+        if (!error.localizedFailureReason.isEmpty())
+            std::fprintf(stderr, "quillmere: %s\n", qPrintable(error.localizedFailureReason));
+        std::fflush(stderr);
+        std::exit(2);
+    }
+};

@@ -1,0 +1,179 @@
+#include "cli/ProjectCommands.h"
+
+#include "store/DataModelManager.h"
+#include "store/DateFormatter.h"
+#include "store/ManagedObjectContext.h"
+#include "store/Project.h"
+
+#include <QFileInfo>
+#include <QUrl>
+
+namespace ProjectCommands {
+
+QList<CommandSpec> specs()
+{
+    return {
+        {QStringLiteral("new"), QStringLiteral("new NAME URL [--depth N] [--pages N]"),
+         QStringLiteral("create a project for the site at URL"),
+         QStringLiteral("The URL must be http or https; surrounding blanks and one trailing \"/\" are dropped.\n"
+                        "  --depth N   stop after the first page deeper than N (default: no limit)\n"
+                        "  --pages N   stop after the first page past N pages (default: no limit)\n"),
+         2, 2, {QStringLiteral("--depth"), QStringLiteral("--pages")}, {}},
+        {QStringLiteral("projects"), QStringLiteral("projects"),
+         QStringLiteral("list the projects, oldest first"),
+         QStringLiteral("Columns: name, URL, creation date, depth and page limits, pages and depth of the last crawl.\n"),
+         0, 0, {}, {}},
+        {QStringLiteral("delete"), QStringLiteral("delete NAME"),
+         QStringLiteral("delete a project with its database and logs"), QString(), 1, 1, {}, {}},
+    };
+}
+
+bool isUsableProjectName(const QString& name, QString* why)
+{
+    if (name.trimmed().isEmpty()) {
+        *why = QStringLiteral("the project name is empty");
+        return false;
+    }
+    if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')) || name.contains(QChar(0))) {
+        *why = QStringLiteral("the project name '%1' holds a path separator").arg(name);
+        return false;
+    }
+    if (name == QLatin1String(".") || name == QLatin1String("..")) {
+        *why = QStringLiteral("the project name '%1' is not a file name").arg(name);
+        return false;
+    }
+    return true;
+}
+
+bool isCrawlableURL(const QString& url, QString* why)
+{
+    if (url.isEmpty()) {
+        *why = QStringLiteral("the URL is empty");
+        return false;
+    }
+    const QUrl parsed(url, QUrl::StrictMode);
+    const QString scheme = parsed.scheme().toLower();
+    if (!parsed.isValid() || (scheme != QLatin1String("http") && scheme != QLatin1String("https"))) {
+        *why = QStringLiteral("'%1' is not an http or https URL").arg(url);
+        return false;
+    }
+    if (parsed.host().isEmpty()) {
+        *why = QStringLiteral("the URL '%1' names no host").arg(url);
+        return false;
+    }
+    return true;
+}
+
+bool parseLimit(const QString& text, qint32* value, QString* why)
+{
+    bool ok = false;
+    const int n = text.trimmed().toInt(&ok);
+    if (!ok || n < -1) {
+        *why = QStringLiteral("'%1' is not a limit (a whole number, -1 for none)").arg(text);
+        return false;
+    }
+    *value = n;
+    return true;
+}
+
+int runNew(CliContext& context)
+{
+    const QString name = context.command.operands.value(0);
+    QString url = context.command.operands.value(1).trimmed();
+    if (url.endsWith(QLatin1Char('/')))
+        url.chop(1);
+    QString why;
+    if (!isUsableProjectName(name, &why) || !isCrawlableURL(url, &why))
+        return failWith(ExitUsage, why);
+    qint32 depth = -1, pages = -1;
+    if (context.command.values.contains(QStringLiteral("--depth"))
+        && !parseLimit(context.command.values.value(QStringLiteral("--depth")), &depth, &why))
+        return failWith(ExitUsage, why);
+    if (context.command.values.contains(QStringLiteral("--pages"))
+        && !parseLimit(context.command.values.value(QStringLiteral("--pages")), &pages, &why))
+        return failWith(ExitUsage, why);
+
+    DataModelManager* manager = context.appDelegate->dataModelManager();
+    if (!manager->managedObjectContext())
+        return ExitUsage;  // the store error has been shown
+    if (Project::getProjectWithName(name))
+        return failWith(ExitUsage, QStringLiteral("a project named '%1' exists already").arg(name));
+
+    ProjectPtr project = Project::createProjectWithName(name, url, depth, pages);
+    if (!project || !project->sqlite3Database()) {
+        if (project) {
+            project->closeSQLiteDatabase();
+            manager->managedObjectContext()->rollback();
+        }
+        return failWith(ExitUsage, QStringLiteral("cannot create the crawl database of '%1' in %2")
+                                       .arg(name, manager->applicationFilesDirectory()));
+    }
+    if (!manager->saveContext()) {
+        project->closeSQLiteDatabase();
+        project->deleteSQLiteDatabase();
+        return failWith(ExitUsage, QStringLiteral("cannot save the project registry in %1")
+                                       .arg(manager->applicationFilesDirectory()));
+    }
+    project->closeSQLiteDatabase();
+    printOut(QStringLiteral("Created project '%1' for %2 (depth limit %3, page limit %4)\n")
+                 .arg(name, url, depth == -1 ? QStringLiteral("none") : QString::number(depth),
+                      pages == -1 ? QStringLiteral("none") : QString::number(pages)));
+    return ExitOk;
+}
+
+namespace {
+QString limitText(qint32 limit)
+{
+    return limit == -1 ? QStringLiteral("-") : QString::number(limit);
+}
+} // namespace
+
+int runProjects(CliContext& context)
+{
+    if (!context.appDelegate->dataModelManager()->managedObjectContext())
+        return ExitUsage;
+    const auto projects = Project::getAllProjects();
+    if (projects.isEmpty()) {
+        printOut(QStringLiteral("No projects.\n"));
+        return ExitOk;
+    }
+    QList<QStringList> rows{{QStringLiteral("NAME"), QStringLiteral("URL"), QStringLiteral("CREATED"),
+                             QStringLiteral("DEPTH LIMIT"), QStringLiteral("PAGE LIMIT"), QStringLiteral("PAGES"),
+                             QStringLiteral("DEPTH")}};
+    for (const auto& p : projects) {
+        rows.append({p->name(), p->url(), DateFormatter::stringFromDate(p->creation_date()), limitText(p->limit_depth()),
+                     limitText(p->limit_page_count()), QString::number(p->pages_count()),
+                     QString::number(p->max_depth())});
+    }
+    QList<int> widths(rows.first().size(), 0);
+    for (const auto& row : rows)
+        for (int c = 0; c < row.size(); ++c)
+            widths[c] = std::max(widths[c], int(row[c].size()));
+    for (const auto& row : rows) {
+        QString line;
+        for (int c = 0; c < row.size(); ++c)
+            line += (c ? QStringLiteral("  ") : QString()) + (c + 1 < row.size() ? row[c].leftJustified(widths[c]) : row[c]);
+        printOut(line + QLatin1Char('\n'));
+    }
+    return ExitOk;
+}
+
+int runDelete(CliContext& context)
+{
+    const QString name = context.command.operands.value(0);
+    DataModelManager* manager = context.appDelegate->dataModelManager();
+    if (!manager->managedObjectContext())
+        return ExitUsage;
+    ProjectPtr project = Project::getProjectWithName(name);
+    if (!project)
+        return failWith(ExitUsage, QStringLiteral("no project named '%1'").arg(name));
+    project->closeSQLiteDatabase();
+    Project::deleteProjectWithName(name);
+    if (Project::getProjectWithName(name) == project)
+        return failWith(ExitFailure, QStringLiteral("cannot save the project registry in %1")
+                                         .arg(manager->applicationFilesDirectory()));
+    printOut(QStringLiteral("Deleted project '%1'\n").arg(name));
+    return ExitOk;
+}
+
+} // namespace ProjectCommands
