@@ -1,0 +1,96 @@
+#include "store/LinkHeaders.h"
+
+#include "store/DebugTrace.h"
+#include "store/RecordStatement.h"
+
+using namespace RecordStatement;
+
+namespace {
+
+const char* const kCreateLinkHeaders =
+    "insert into LinkHeaders(url,content_type,content_length,downloaded_length) values(?,?,?,?)";
+const char* const kGetLinkHeaders =
+    "select url,content_type,content_length,downloaded_length from LinkHeaders where url = ?";
+
+constexpr qint64 kMaxContentLength = 1048576;
+
+QString describeLength(const std::optional<qint64>& length)
+{
+    return length ? QString::number(*length) : QStringLiteral("(null)");
+}
+
+} // namespace
+
+LinkHeaders::LinkHeaders(const QString& url, const QString& contentType, std::optional<qint64> contentLength,
+                         std::optional<qint64> downloadedLength, const std::shared_ptr<Project>& project)
+    : url_(url)
+    , contentType_(contentType)
+    , contentLength_(contentLength)
+    , downloadedLength_(downloadedLength)
+    , project_(project)
+{
+}
+
+LinkHeadersPtr LinkHeaders::createLinkHeadersWithURL(const QString& url, const QString& contentType,
+                                                     std::optional<qint64> contentLength,
+                                                     std::optional<qint64> downloadedLength,
+                                                     const ProjectPtr& project)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kCreateLinkHeaders, &stmt)) {
+        DebugTrace("createLinkHeadersWithURL Error::%s", sqlite3_errmsg(db));
+        return nullptr;
+    }
+    bindText(stmt, 1, url);
+    bindText(stmt, 2, contentType);
+    bindInt(stmt, 3, contentLength.value_or(0));
+    bindInt(stmt, 4, downloadedLength.value_or(0));
+    LinkHeadersPtr headers;
+    if (sqlite3_step(stmt) == SQLITE_DONE)
+        headers = std::make_shared<LinkHeaders>(url, contentType, contentLength, downloadedLength, project);
+    finish(stmt);
+    return headers;
+}
+
+LinkHeadersPtr LinkHeaders::getLinkHeadersWithURL(const QString& url, const ProjectPtr& project)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kGetLinkHeaders, &stmt)) {
+        DebugTrace("getLinkHeadersWithURL Error::%s", sqlite3_errmsg(db));
+        return nullptr;
+    }
+    bindText(stmt, 1, url);
+    LinkHeadersPtr headers;
+    if (sqlite3_step(stmt) != SQLITE_DONE)
+        headers = linkHeadersFromStatement(stmt, project);
+    finish(stmt);
+    return headers;
+}
+
+LinkHeadersPtr LinkHeaders::linkHeadersFromStatement(sqlite3_stmt* statement, const ProjectPtr& project)
+{
+    return std::make_shared<LinkHeaders>(columnText(statement, 0), columnText(statement, 1),
+                                         columnInt(statement, 2), columnInt(statement, 3), project);
+}
+
+bool LinkHeaders::isContentTypeHTML() const
+{
+    // A missing content type has always counted as HTML; keep it so.
+    if (contentType_.isNull())
+        return true;
+    return contentType_.contains(QStringLiteral("text/html"), Qt::CaseInsensitive);
+}
+
+bool LinkHeaders::isContentLengthToBig() const
+{
+    return contentLength_.value_or(0) > kMaxContentLength;
+}
+
+QString LinkHeaders::description() const
+{
+    return QStringLiteral("LinkHeaders (url::") + describe(url_) + QStringLiteral(") (contentType::") +
+           describe(contentType_) + QStringLiteral(") (contentLength::") + describeLength(contentLength_) +
+           QStringLiteral(") (downloadedLength::") + describeLength(downloadedLength_) + QStringLiteral(")");
+}

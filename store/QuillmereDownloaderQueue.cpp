@@ -1,0 +1,154 @@
+#include "store/QuillmereDownloaderQueue.h"
+
+#include "store/DebugTrace.h"
+#include "store/RecordStatement.h"
+
+using namespace RecordStatement;
+
+namespace {
+
+const char* const kCreateEntry =
+    "insert into DownloaderQueue(url,path,document_name,depth,perform_done) values(?,?,?,?,0)";
+const char* const kGetAllWaiting =
+    "select idt,url,path,document_name,depth,perform_done from DownloaderQueue where perform_done=0 order by idt "
+    "limit 100";
+const char* const kCountWaiting = "select count(idt) from DownloaderQueue where perform_done=0";
+const char* const kCountDone = "select count(idt) from DownloaderQueue where perform_done=1";
+const char* const kIsInQueue = "select idt from DownloaderQueue where url=?";
+const char* const kMarkDone = "update DownloaderQueue set perform_done=1 where idt=?";
+const char* const kMarkWaiting = "update DownloaderQueue set perform_done=0 where idt=?";
+
+// Keeps the value of the last row read.
+qint64 countValue(sqlite3_stmt* stmt)
+{
+    qint64 count = 0;
+    while (sqlite3_step(stmt) != SQLITE_DONE)
+        count = columnInt(stmt, 0);
+    finish(stmt);
+    return count;
+}
+
+} // namespace
+
+QuillmereDownloaderQueue::QuillmereDownloaderQueue(qint64 idt, const QString& url, const QString& path,
+                                                   const QString& documentName, qint64 depth, bool performDone,
+                                                   const std::shared_ptr<Project>& project)
+    : idt_(idt)
+    , url_(url)
+    , path_(path)
+    , documentName_(documentName)
+    , depth_(depth)
+    , performDone_(performDone)
+    , project_(project)
+{
+}
+
+QuillmereDownloaderQueuePtr QuillmereDownloaderQueue::createDownloaderQueueWithURL(const QString& url,
+                                                                                  const QString& path,
+                                                                                  const QString& documentName,
+                                                                                  qint32 depth,
+                                                                                  const ProjectPtr& project)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kCreateEntry, &stmt)) {
+        DebugTrace("createDownloaderQueueWithURL Error::%s", sqlite3_errmsg(db));
+        return nullptr;
+    }
+    bindText(stmt, 1, url);
+    bindText(stmt, 2, path);
+    bindText(stmt, 3, documentName);
+    bindInt(stmt, 4, depth);
+    QuillmereDownloaderQueuePtr entry;
+    if (sqlite3_step(stmt) == SQLITE_DONE) {
+        entry = std::make_shared<QuillmereDownloaderQueue>(sqlite3_last_insert_rowid(db), url, path, documentName,
+                                                           depth, false, project);
+    }
+    finish(stmt);
+    return entry;
+}
+
+QList<QuillmereDownloaderQueuePtr> QuillmereDownloaderQueue::getAllWaitingDownloaderQueueForProject(
+    const ProjectPtr& project)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kGetAllWaiting, &stmt)) {
+        DebugTrace("getAllWaitingDownloaderQueueForProject Error::%s", sqlite3_errmsg(db));
+        return {};
+    }
+    QList<QuillmereDownloaderQueuePtr> entries;
+    while (sqlite3_step(stmt) != SQLITE_DONE)
+        entries.append(downloaderQueueFromStatement(stmt, project));
+    finish(stmt);
+    return entries;
+}
+
+qint64 QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(const ProjectPtr& project)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kCountWaiting, &stmt)) {
+        DebugTrace("countWaitingDownloaderQueueForProject Error::%s", sqlite3_errmsg(db));
+        return 0;
+    }
+    return countValue(stmt);
+}
+
+qint64 QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(const ProjectPtr& project)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kCountDone, &stmt)) {
+        // Same text as the waiting count: the logs have always shown it so.
+        DebugTrace("countWaitingDownloaderQueueForProject Error::%s", sqlite3_errmsg(db));
+        return 0;
+    }
+    return countValue(stmt);
+}
+
+bool QuillmereDownloaderQueue::pageURLIsAlreadyInQueue(const QString& url, const ProjectPtr& project)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kIsInQueue, &stmt)) {
+        DebugTrace("pageURLIsAlreadyInQueue Error::%s", sqlite3_errmsg(db));
+        return false;
+    }
+    bindText(stmt, 1, url);
+    bool found = false;
+    if (sqlite3_step(stmt) != SQLITE_DONE)
+        found = columnInt(stmt, 0) > 0;
+    finish(stmt);
+    return found;
+}
+
+QuillmereDownloaderQueuePtr QuillmereDownloaderQueue::downloaderQueueFromStatement(sqlite3_stmt* statement,
+                                                                                  const ProjectPtr& project)
+{
+    return std::make_shared<QuillmereDownloaderQueue>(columnInt(statement, 0), columnText(statement, 1),
+                                                      columnText(statement, 2), columnText(statement, 3),
+                                                      columnInt(statement, 4), columnInt(statement, 5) == 1,
+                                                      project);
+}
+
+void QuillmereDownloaderQueue::updatePerformDoneWithBooleanValue(bool value)
+{
+    sqlite3* db = databaseOf(project_.lock());
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, value ? kMarkDone : kMarkWaiting, &stmt)) {
+        DebugTrace("updatePerformDoneWithBooleanValue Error::%s", sqlite3_errmsg(db));
+        return;
+    }
+    bindInt(stmt, 1, idt_);
+    sqlite3_step(stmt);
+    finish(stmt);
+}
+
+QString QuillmereDownloaderQueue::description() const
+{
+    return QStringLiteral("QuillmereDownloaderQueue (idt::") + QString::number(idt_) + QStringLiteral(") (url::") +
+           describe(url_) + QStringLiteral(") (path::") + describe(path_) + QStringLiteral(") (documentName::") +
+           describe(documentName_) + QStringLiteral(") (depth::") + QString::number(depth_) +
+           QStringLiteral(") (performDone::") + QString::number(performDone_ ? 1 : 0) + QStringLiteral(")");
+}

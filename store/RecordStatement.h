@@ -1,0 +1,78 @@
+#pragma once
+// Small helpers shared by the record classes of the crawl database. Each operation still
+// prepares, binds, steps, clears, resets and finalizes its own statement; these only keep the
+// conversions between Qt strings and the library's UTF-8 text in one place.
+
+#include "store/Project.h"
+
+#include <QString>
+
+#include <sqlite3.h>
+
+namespace RecordStatement {
+
+// The project's crawl database, opened on first use; null when there is no project any more
+// or when its database could not be opened.
+inline sqlite3* databaseOf(const ProjectPtr& project)
+{
+    return project ? project->sqlite3Database() : nullptr;
+}
+
+// Whole statement text, no tail. A null handle counts as a failed preparation: the library
+// does not accept one, and the caller traces sqlite3_errmsg(nullptr) like any other failure.
+inline bool prepare(sqlite3* db, const char* sql, sqlite3_stmt** stmt)
+{
+    *stmt = nullptr;
+    if (!db)
+        return false;
+    return sqlite3_prepare_v2(db, sql, -1, stmt, nullptr) == SQLITE_OK;
+}
+
+// A null string binds as NULL, so that the not-null columns refuse it.
+inline void bindText(sqlite3_stmt* stmt, int index, const QString& text)
+{
+    if (text.isNull()) {
+        sqlite3_bind_null(stmt, index);
+        return;
+    }
+    const QByteArray utf8 = text.toUtf8();
+    sqlite3_bind_text(stmt, index, utf8.constData(), -1, SQLITE_TRANSIENT);
+}
+
+// Numbers travel as 32-bit integers; larger values wrap.
+inline void bindInt(sqlite3_stmt* stmt, int index, qint64 value)
+{
+    sqlite3_bind_int(stmt, index, static_cast<int>(value));
+}
+
+// NULL stays a null string; an empty text stays an empty (non-null) string.
+inline QString columnText(sqlite3_stmt* stmt, int column)
+{
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, column));
+    if (!text)
+        return QString();
+    const int bytes = sqlite3_column_bytes(stmt, column);
+    if (bytes == 0)
+        return QStringLiteral("");
+    return QString::fromUtf8(text, bytes);
+}
+
+inline qint64 columnInt(sqlite3_stmt* stmt, int column)
+{
+    return sqlite3_column_int(stmt, column);
+}
+
+inline void finish(sqlite3_stmt* stmt)
+{
+    sqlite3_clear_bindings(stmt);
+    sqlite3_reset(stmt);
+    sqlite3_finalize(stmt);
+}
+
+// How descriptions print a missing string.
+inline QString describe(const QString& text)
+{
+    return text.isNull() ? QStringLiteral("(null)") : text;
+}
+
+} // namespace RecordStatement
