@@ -1,0 +1,15 @@
+// The robots.txt operations of Project live with the rule classes.
+#include "store/Project.h"
+
+#include "html/RobotEntry.h"
+#include "html/RobotsTxt.h"
+
+void Project::loadRobotsTxt(const QString& robotsTxt, QList<std::shared_ptr<RobotEntry>>& array) const
+{
+    loadRobotsTxtToArray(robotsTxt, array);
+}
+
+bool Project::isAllowedURL(const QString& path, const QList<std::shared_ptr<RobotEntry>>& array) const
+{
+    return isAllowedURLWithArrayOfDisallowed(path, array);
+}
