@@ -1,7 +1,9 @@
 // quillmere: the command-line face of the crawler.
 #include "cli/CliContext.h"
 #include "cli/CommandLine.h"
+#include "cli/CrawlCommands.h"
 #include "cli/ProjectCommands.h"
+#include "cli/ReportCommands.h"
 #include "store/DataModelManager.h"
 #include "store/Localization.h"
 
@@ -22,6 +24,14 @@ QList<Command> commands()
     list.append({projectSpecs[0], ProjectCommands::runNew});
     list.append({projectSpecs[1], ProjectCommands::runProjects});
     list.append({projectSpecs[2], ProjectCommands::runDelete});
+    const auto crawlSpecs = CrawlCommands::specs();
+    list.append({crawlSpecs[0], CrawlCommands::runCrawl});
+    list.append({crawlSpecs[1], CrawlCommands::runCrawlURL});
+    list.append({crawlSpecs[2], CrawlCommands::runVacuum});
+    const auto reportSpecs = ReportCommands::specs();
+    list.append({reportSpecs[0], ReportCommands::runShow});
+    list.append({reportSpecs[1], ReportCommands::runPages});
+    list.append({reportSpecs[2], ReportCommands::runLinks});
     return list;
 }
 } // namespace

@@ -1,0 +1,104 @@
+#include "cli/CliCrawlController.h"
+
+#include "crawler/OperationQueue.h"
+#include "crawler/VacuumCleanerOperation.h"
+#include "store/DebugTrace.h"
+#include "store/Project.h"
+
+CliCrawlController::CliCrawlController(std::shared_ptr<Project> project, OperationQueue* queue, bool vacuumAfterCrawl)
+    : project_(project), queue_(queue), vacuumAfterCrawl_(vacuumAfterCrawl), records_(project)
+{
+}
+
+void CliCrawlController::downloaderDidStart()
+{
+    DebugTrace("downloaderDidStart");
+    timer_.start();
+    records_.crawlDidStart();
+    if (stopFlag_ && stopRequested_ && stopRequested_())
+        stopFlag_->store(false);
+}
+
+void CliCrawlController::downloaderDidEnd()
+{
+    DebugTrace("downloaderDidEnd");
+    crawlSeconds_ = timer_.isValid() ? double(timer_.nsecsElapsed()) / 1e9 : 0.0;
+    records_.crawlDidEnd(&waiting_, &done_);
+    progress_.queue(waiting_, done_);
+    if (vacuumAfterCrawl_) {
+        // The same queue: the vacuum starts once this crawl's operation has returned.
+        std::shared_ptr<VacuumCleanerDelegate> self(self_.lock(), static_cast<VacuumCleanerDelegate*>(this));
+        queue_->addOperation(VacuumCleanerOperation::initWithProject(project_, self));
+    } else if (finished_) {
+        finished_();
+    }
+}
+
+void CliCrawlController::downloaderEndWithError(const QString& error)
+{
+    endError_ = error;
+}
+
+void CliCrawlController::downloadPageDidStartWithURL(const QString& url, qint32 depth)
+{
+    DebugTrace("  downloadPageDidStartWithURL:(%s) andDepth:(%d)", qPrintable(url), depth);
+    records_.pageDidStart(url, depth);
+    progress_.page(records_.pageCount(), depth, url);
+}
+
+void CliCrawlController::downloadPageDidEndWithURL(const QString& url, qint32 depth)
+{
+    DebugTrace("  downloadPageDidEndWithURL:(%s) andDepth:(%d)", qPrintable(url), depth);
+}
+
+QuillmerePagePtr CliCrawlController::foundPageWithPath(const QString& path, const QString& name, const QString& title,
+                                                       const QString& url, qint32 depth)
+{
+    return records_.foundPageWithPath(path, name, title, url, depth);
+}
+
+void CliCrawlController::updatePage(const QuillmerePagePtr& page, const QString& title)
+{
+    records_.updatePage(page, title);
+}
+
+bool CliCrawlController::foundLinkWithPath(const QString& path, const QString& name, const QString& anchor,
+                                           const QString& url, qint32 depth, const QuillmerePagePtr& page)
+{
+    return records_.foundLinkWithPath(path, name, anchor, url, depth, page);
+}
+
+bool CliCrawlController::foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor,
+                                           const QuillmerePagePtr& page)
+{
+    return records_.foundLinkWithPage(pageTo, anchor, page);
+}
+
+QuillmerePagePtr CliCrawlController::getPageFromURL(const QString& url)
+{
+    return records_.getPageFromURL(url);
+}
+
+void CliCrawlController::initLinkProgressWithMaxValue(qint32) {}
+
+void CliCrawlController::setLinkProgressWithValue(qint32, qint32) {}
+
+void CliCrawlController::setWaitingQueueCount(qint32 waitingCount, qint32 doneCount)
+{
+    progress_.queue(waitingCount, doneCount);
+}
+
+void CliCrawlController::vacuumCleanerDidStart() {}
+
+void CliCrawlController::vacuumProgressIndex(qint32 currentIndex, qint32 maxIndex)
+{
+    progress_.vacuum(currentIndex, maxIndex);
+}
+
+void CliCrawlController::vacuumingPage(const QuillmerePagePtr&) {}
+
+void CliCrawlController::vacuumCleanerDidEnd()
+{
+    if (finished_)
+        finished_();
+}

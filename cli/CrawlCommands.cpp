@@ -1,0 +1,256 @@
+#include "cli/CrawlCommands.h"
+
+#include "cli/CliCrawlController.h"
+#include "cli/ProjectAccess.h"
+#include "cli/ProjectCommands.h"
+#include "cli/ReportCommands.h"
+#include "cli/StopSignal.h"
+#include "crawler/CrawlRecordKeeper.h"
+#include "crawler/DownloaderCmdLineTestController.h"
+#include "crawler/DownloaderOperationLibXML.h"
+#include "crawler/MainThread.h"
+#include "crawler/OperationQueue.h"
+#include "crawler/VacuumCleanerOperation.h"
+#include "store/DataModelManager.h"
+#include "store/Project.h"
+#include "store/QuillmereDownloaderQueue.h"
+#include "store/QuillmerePage.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTextStream>
+#include <QUrl>
+
+#include <cstdio>
+
+#include <unistd.h>
+
+namespace CrawlCommands {
+
+namespace {
+enum class Start { New, Continue, Restart, Decline };
+
+QString askOnTerminal(const QString& question)
+{
+    std::fprintf(stderr, "%s ", qPrintable(question));
+    std::fflush(stderr);
+    QTextStream in(stdin);
+    return in.readLine().trimmed().toLower();
+}
+
+// The start decisions of the main window, with the alerts turned into flags or a question.
+Start decide(CliContext& context, const ProjectPtr& project, int* status)
+{
+    const bool wantContinue = context.command.flags.contains(QStringLiteral("--continue"));
+    const bool wantRestart = context.command.flags.contains(QStringLiteral("--restart"));
+    *status = ExitOk;
+    if (wantContinue && wantRestart) {
+        *status = failWith(ExitUsage, QStringLiteral("--continue and --restart exclude each other"));
+        return Start::Decline;
+    }
+    if (QuillmerePage::countPagesForProject(project) < 1)
+        return Start::New;
+    const bool terminal = isatty(STDIN_FILENO) == 1;
+    const qint64 waiting = QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project);
+    if (waiting < 1) {
+        if (wantRestart)
+            return Start::Restart;
+        if (wantContinue) {
+            *status = failWith(ExitUsage, QStringLiteral("the last crawl of '%1' finished: nothing waits in its queue; "
+                                                         "use --restart to crawl it again from scratch")
+                                              .arg(project->name()));
+            return Start::Decline;
+        }
+        if (terminal) {
+            const QString answer = askOnTerminal(QStringLiteral("'%1' was crawled already and nothing waits in its queue. "
+                                                                "Restart from scratch? [y/N]")
+                                                     .arg(project->name()));
+            if (answer == QLatin1String("y") || answer == QLatin1String("yes"))
+                return Start::Restart;
+            *status = failWith(ExitFailure, QStringLiteral("crawl not started"));
+            return Start::Decline;
+        }
+        *status = failWith(ExitUsage, QStringLiteral("'%1' was crawled already and nothing waits in its queue; "
+                                                     "use --restart to crawl it again from scratch")
+                                          .arg(project->name()));
+        return Start::Decline;
+    }
+    if (wantContinue)
+        return Start::Continue;
+    if (wantRestart)
+        return Start::Restart;
+    if (terminal) {
+        const QString answer = askOnTerminal(QStringLiteral("'%1' has %2 URLs waiting from an earlier crawl. "
+                                                            "[c]ontinue, [r]estart from scratch or [q]uit?")
+                                                 .arg(project->name())
+                                                 .arg(waiting));
+        if (answer == QLatin1String("c") || answer == QLatin1String("continue"))
+            return Start::Continue;
+        if (answer == QLatin1String("r") || answer == QLatin1String("restart"))
+            return Start::Restart;
+        *status = failWith(ExitFailure, QStringLiteral("crawl not started"));
+        return Start::Decline;
+    }
+    *status = failWith(ExitUsage, QStringLiteral("'%1' has %2 URLs waiting from an earlier crawl; "
+                                                 "use --continue to go on with them or --restart to start from scratch")
+                                      .arg(project->name())
+                                      .arg(waiting));
+    return Start::Decline;
+}
+
+int finalStatus(const ReportCommands::CrawlRunFigures& figures, const QString& databaseError)
+{
+    if (!databaseError.isEmpty())
+        return failWith(ExitFailure, QStringLiteral("the crawl database could not be written (%1); the crawl stopped")
+                                         .arg(databaseError));
+    if (figures.stopped)
+        return ExitInterrupted;
+    if (!figures.endError.isEmpty()) {
+        std::fprintf(stderr, "quillmere: %s\n", qPrintable(figures.endError));
+        return ExitFirstUrlError;
+    }
+    return ExitOk;
+}
+} // namespace
+
+QList<CommandSpec> specs()
+{
+    return {
+        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart]"),
+         QStringLiteral("crawl a project's site, then print the report"),
+         QStringLiteral("A project crawled before has pages: --continue goes on with the URLs still waiting, --restart\n"
+                        "empties the database and starts again (on a terminal without either, you are asked).\n"
+                        "Ctrl-C stops after the current page; nothing is lost and the crawl can be continued.\n"
+                        "Exit status: 0 done, 2 bad input, 3 the site's links do not match the project URL\n"
+                        "(http/https or www.), 130 stopped.\n"),
+         1, 1, {}, {QStringLiteral("--continue"), QStringLiteral("--restart")}},
+        {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME]"),
+         QStringLiteral("make a project for URL and crawl it once, without limits and without the vacuum"),
+         QStringLiteral("  --name NAME  the project's name (default: the URL's host)\n"), 1, 1, {QStringLiteral("--name")}, {}},
+        {QStringLiteral("vacuum"), QStringLiteral("vacuum NAME"),
+         QStringLiteral("take the links to non-HTML resources off the pages' links-sent counts (again)"), QString(), 1, 1,
+         {}, {}},
+    };
+}
+
+int crawlAndReport(const ProjectPtr& project)
+{
+    ReportCommands::CrawlRunFigures figures;
+    QString databaseError;
+    {
+        OperationQueue queue;
+        queue.setMaxConcurrentOperationCount(1);
+        auto controller = std::make_shared<CliCrawlController>(project, &queue, true);
+        controller->setSelf(controller);
+        std::shared_ptr<DownloaderDelegate> delegate(controller, static_cast<DownloaderDelegate*>(controller.get()));
+        auto operation = DownloaderOperationLibXML::initWithProject(project, delegate);
+        controller->setStopFlag(operation->canContinueFlag(), &StopSignal::received);
+        QEventLoop loop;
+        controller->setFinishedHandler([&loop] { loop.quit(); });
+        StopSignal::install(operation->canContinueFlag());
+        queue.addOperation(operation);
+        loop.exec();
+        queue.waitUntilAllOperationsAreFinished();
+        StopSignal::uninstall();
+        controller->progress().finish();
+        figures.pagesThisRun = controller->records().pagesStartedThisRun();
+        figures.seconds = controller->crawlSeconds();
+        figures.stopped = StopSignal::received();
+        figures.endError = controller->endError();
+        databaseError = operation->databaseError();
+    }
+    ReportCommands::printCrawlReport(project, figures);
+    return finalStatus(figures, databaseError);
+}
+
+int runCrawl(CliContext& context)
+{
+    int status = ExitOk;
+    ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
+    if (!project)
+        return status;
+    switch (decide(context, project, &status)) {
+    case Start::Decline:
+        return status;
+    case Start::Restart:
+        CrawlRecordKeeper::restartProject(project);
+        break;
+    case Start::New:
+    case Start::Continue:
+        break;
+    }
+    return crawlAndReport(project);
+}
+
+int runCrawlURL(CliContext& context)
+{
+    QString url = context.command.operands.value(0).trimmed();
+    QString why;
+    if (!ProjectCommands::isCrawlableURL(url, &why))
+        return failWith(ExitUsage, why);
+    QString name = context.command.values.value(QStringLiteral("--name"));
+    if (name.isEmpty())
+        name = QUrl(url).host();
+    if (!ProjectCommands::isUsableProjectName(name, &why))
+        return failWith(ExitUsage, why);
+    DataModelManager* manager = context.appDelegate->dataModelManager();
+    if (!manager->managedObjectContext())
+        return ExitUsage;
+    if (Project::getProjectWithName(name))
+        return failWith(ExitUsage, QStringLiteral("a project named '%1' exists already; choose another with --name").arg(name));
+
+    ReportCommands::CrawlRunFigures figures;
+    ProjectPtr project;
+    {
+        auto driver = std::make_shared<DownloaderCmdLineTestController>();
+        driver->launchTestWithURL(url, name);
+        project = driver->project();
+        if (!project || !driver->downloaderOperation())
+            return failWith(ExitUsage, QStringLiteral("cannot create the project '%1'").arg(name));
+        QEventLoop loop;
+        QElapsedTimer timer;
+        timer.start();
+        driver->downloaderOperation()->setCompletionBlock([&loop] { MainThread::post([&loop] { loop.quit(); }); });
+        StopSignal::install(driver->downloaderOperation()->canContinueFlag());
+        loop.exec();
+        driver->operationsQueue()->waitUntilAllOperationsAreFinished();
+        StopSignal::uninstall();
+        figures.seconds = double(timer.nsecsElapsed()) / 1e9;
+        figures.stopped = StopSignal::received();
+        figures.pagesThisRun = qint32(QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project));
+    }
+    // This driver keeps no page count of its own: report what the queue shows.
+    project->setPages_count(figures.pagesThisRun);
+    manager->saveContext();
+    ReportCommands::printCrawlReport(project, figures);
+    return figures.stopped ? ExitInterrupted : ExitOk;
+}
+
+int runVacuum(CliContext& context)
+{
+    int status = ExitOk;
+    ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
+    if (!project)
+        return status;
+    qint64 cleaned = 0;
+    {
+        OperationQueue queue;
+        auto controller = std::make_shared<CliCrawlController>(project, &queue, false);
+        controller->setSelf(controller);
+        std::shared_ptr<VacuumCleanerDelegate> delegate(controller, static_cast<VacuumCleanerDelegate*>(controller.get()));
+        QEventLoop loop;
+        controller->setFinishedHandler([&loop] { loop.quit(); });
+        auto operation = VacuumCleanerOperation::initWithProject(project, delegate);
+        queue.addOperation(operation);
+        loop.exec();
+        queue.waitUntilAllOperationsAreFinished();
+        controller->progress().finish();
+        cleaned = QuillmerePage::getAllVacuumPagesForProject(project).size();
+    }
+    printOut(QStringLiteral("Vacuumed '%1': %2 non-HTML pages taken off the links-sent counts of the pages linking to them\n")
+                 .arg(project->name())
+                 .arg(cleaned));
+    return ExitOk;
+}
+
+} // namespace CrawlCommands

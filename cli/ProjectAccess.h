@@ -1,0 +1,14 @@
+#pragma once
+
+#include "cli/CliContext.h"
+
+#include <memory>
+
+class Project;
+
+// Finds the project a command names and checks that its files can be used; on failure
+// prints why and answers null with *status set.
+namespace ProjectAccess {
+enum class Need { Read, Write };
+std::shared_ptr<Project> open(CliContext& context, const QString& name, Need need, int* status);
+} // namespace ProjectAccess

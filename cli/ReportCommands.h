@@ -1,0 +1,26 @@
+#pragma once
+
+#include "cli/CliContext.h"
+
+#include <QList>
+
+#include <memory>
+
+class Project;
+
+// show, pages, links: reading a crawl's results; and the report printed after a crawl.
+namespace ReportCommands {
+QList<CommandSpec> specs();
+int runShow(CliContext& context);
+int runPages(CliContext& context);
+int runLinks(CliContext& context);
+
+struct CrawlRunFigures {
+    qint32 pagesThisRun = 0;
+    double seconds = 0;
+    bool stopped = false;
+    QString endError;
+};
+// The summary of a crawl on standard output.
+void printCrawlReport(const std::shared_ptr<Project>& project, const CrawlRunFigures& figures);
+} // namespace ReportCommands

@@ -1,0 +1,96 @@
+#include "cli/TableOutput.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+bool TableOutput::parseFormat(const QString& text, Format* format)
+{
+    if (text == QLatin1String("table"))
+        *format = Format::Table;
+    else if (text == QLatin1String("csv"))
+        *format = Format::Csv;
+    else if (text == QLatin1String("json"))
+        *format = Format::Json;
+    else
+        return false;
+    return true;
+}
+
+TableOutput::TableOutput(QStringList keys, QStringList headers) : keys_(std::move(keys)), headers_(std::move(headers)) {}
+
+void TableOutput::addRow(const QList<QVariant>& values)
+{
+    rows_.append(values);
+}
+
+QString TableOutput::text(const QVariant& value)
+{
+    if (value.typeId() == QMetaType::Double)
+        return QString::number(value.toDouble());
+    return value.toString();
+}
+
+QString TableOutput::csvField(const QString& field)
+{
+    if (!field.contains(QLatin1Char(',')) && !field.contains(QLatin1Char('"')) && !field.contains(QLatin1Char('\n'))
+        && !field.contains(QLatin1Char('\r')))
+        return field;
+    QString quoted = field;
+    quoted.replace(QLatin1String("\""), QLatin1String("\"\""));
+    return QLatin1Char('"') + quoted + QLatin1Char('"');
+}
+
+QString TableOutput::render(Format format, const QString& title) const
+{
+    QString out;
+    if (format == Format::Csv) {
+        QStringList line;
+        for (const auto& k : keys_)
+            line << csvField(k);
+        out += line.join(QLatin1Char(',')) + QStringLiteral("\r\n");
+        for (const auto& row : rows_) {
+            line.clear();
+            for (const auto& v : row)
+                line << csvField(text(v));
+            out += line.join(QLatin1Char(',')) + QStringLiteral("\r\n");
+        }
+        return out;
+    }
+    if (format == Format::Json) {
+        QJsonArray array;
+        for (const auto& row : rows_) {
+            QJsonObject object;
+            for (int c = 0; c < keys_.size() && c < row.size(); ++c)
+                object.insert(keys_[c], QJsonValue::fromVariant(row[c]));
+            array.append(object);
+        }
+        return QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Indented));
+    }
+    // Table: the title, then columns padded to their widest cell; line breaks in cells
+    // become spaces so that one row stays one line.
+    QList<QStringList> cells;
+    cells.append(headers_);
+    for (const auto& row : rows_) {
+        QStringList line;
+        for (const auto& v : row) {
+            QString t = text(v);
+            t.replace(QLatin1Char('\n'), QLatin1Char(' ')).replace(QLatin1Char('\r'), QLatin1Char(' ')).replace(QLatin1Char('\t'), QLatin1Char(' '));
+            line << t;
+        }
+        cells.append(line);
+    }
+    QList<int> widths(headers_.size(), 0);
+    for (const auto& line : cells)
+        for (int c = 0; c < line.size() && c < widths.size(); ++c)
+            widths[c] = std::max(widths[c], int(line[c].size()));
+    if (!title.isEmpty())
+        out += title + QLatin1Char('\n');
+    for (const auto& line : cells) {
+        QString l;
+        for (int c = 0; c < line.size(); ++c)
+            l += (c ? QStringLiteral("  ") : QString()) + (c + 1 < line.size() ? line[c].leftJustified(widths[c]) : line[c]);
+        out += l + QLatin1Char('\n');
+    }
+    return out;
+}

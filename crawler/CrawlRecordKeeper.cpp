@@ -1,0 +1,97 @@
+#include "crawler/CrawlRecordKeeper.h"
+
+#include "store/ApplicationDelegate.h"
+#include "store/DebugTrace.h"
+#include "store/Project.h"
+#include "store/QuillmereDownloaderQueue.h"
+#include "store/QuillmereLink.h"
+
+#include <QDateTime>
+
+CrawlRecordKeeper::CrawlRecordKeeper(std::shared_ptr<Project> project) : project_(std::move(project)) {}
+
+void CrawlRecordKeeper::restartProject(const std::shared_ptr<Project>& project)
+{
+    project->truncateSQLiteDatabase();
+    project->setPages_count(0);
+    project->setMax_depth(0);
+}
+
+void CrawlRecordKeeper::crawlDidStart()
+{
+    project_->setCrawler_start_date(QDateTime::currentDateTime());
+    pageCount_ = project_->pages_count();
+    maxDepth_ = project_->max_depth();
+    pagesThisRun_ = 0;
+}
+
+void CrawlRecordKeeper::pageDidStart(const QString&, qint32 depth)
+{
+    pageCount_ += 1;
+    pagesThisRun_ += 1;
+    if (maxDepth_ < depth)
+        maxDepth_ = depth;
+    project_->setPages_count(pageCount_);
+    // The depth of the page in hand, not the deepest one: the true maximum is written at the end.
+    project_->setMax_depth(depth);
+}
+
+void CrawlRecordKeeper::crawlDidEnd(qint64* waitingCount, qint64* doneCount)
+{
+    QuillmerePage::performWeightForProject(project_);
+    project_->setCrawler_stop_date(QDateTime::currentDateTime());
+    project_->setPages_count(pageCount_);
+    project_->setMax_depth(maxDepth_);
+    const qint64 waiting = QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project_);
+    const qint64 done = QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project_);
+    if (waitingCount)
+        *waitingCount = waiting;
+    if (doneCount)
+        *doneCount = done;
+    DebugTrace("downloaderDidEnd::max_depth %d", maxDepth_);
+    if (ApplicationDelegate* delegate = ApplicationDelegate::sharedAppDelegate())
+        delegate->saveContext();
+}
+
+QuillmerePagePtr CrawlRecordKeeper::foundPageWithPath(const QString& path, const QString& name, const QString& title,
+                                                      const QString& url, qint32 depth)
+{
+    QuillmerePagePtr page = QuillmerePage::getPageFromURL(url, project_);
+    if (!page)
+        page = QuillmerePage::createPageWithPath(path, name, title, url, depth, project_);
+    return page;
+}
+
+void CrawlRecordKeeper::updatePage(const QuillmerePagePtr& page, const QString& title)
+{
+    if (page)
+        page->updatePageTitle(title);
+}
+
+bool CrawlRecordKeeper::foundLinkWithPath(const QString& path, const QString& name, const QString& anchor,
+                                          const QString& url, qint32 depth, const QuillmerePagePtr& page)
+{
+    QuillmerePagePtr target = QuillmerePage::getPageFromURL(url, project_);
+    if (!target)
+        target = QuillmerePage::createPageWithPath(path, name, QStringLiteral(""), url, depth, project_);
+    if (!target)
+        return false;
+    return foundLinkWithPage(target, anchor, page);
+}
+
+bool CrawlRecordKeeper::foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor,
+                                          const QuillmerePagePtr& page)
+{
+    if (!pageTo || !page)
+        return false;
+    page->incOutLinkCount();
+    pageTo->incInLinkCount();
+    // The counter is the source page's incoming count, read after the increments.
+    const qint32 counter = qint32(page->inLinkCount());
+    return QuillmereLink::createLinkWithPageSource(page, pageTo, anchor, counter, project_) != nullptr;
+}
+
+QuillmerePagePtr CrawlRecordKeeper::getPageFromURL(const QString& url)
+{
+    return QuillmerePage::getPageFromURL(url, project_);
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "store/QuillmerePage.h"
+
+#include <QString>
+
+#include <memory>
+
+class Project;
+
+// The record-keeping that a crawl's delegate owes it, written once for every front end:
+// pages and links found, the running page count and depth that make the limits act, and
+// the steps at the end of a crawl. Main thread only.
+class CrawlRecordKeeper {
+public:
+    explicit CrawlRecordKeeper(std::shared_ptr<Project> project);
+
+    std::shared_ptr<Project> project() const { return project_; }
+    qint32 pageCount() const { return pageCount_; }
+    qint32 maxDepth() const { return maxDepth_; }
+    // Pages started since crawlDidStart (pageCount also counts those of earlier runs).
+    qint32 pagesStartedThisRun() const { return pagesThisRun_; }
+
+    // A crawl from scratch: empties the crawl database and the last crawl's counters.
+    static void restartProject(const std::shared_ptr<Project>& project);
+
+    // downloaderDidStart: stamps the start date and takes up the stored counters.
+    void crawlDidStart();
+    // downloadPageDidStartWithURL:andDepth: counts the page and writes the running count
+    // and that page's depth to the project, where the crawler's limit tests read them.
+    void pageDidStart(const QString& url, qint32 depth);
+    // downloaderDidEnd: weights, stop date, final counters, registry saved. Answers the
+    // queue's waiting and done counts.
+    void crawlDidEnd(qint64* waitingCount, qint64* doneCount);
+
+    QuillmerePagePtr foundPageWithPath(const QString& path, const QString& name, const QString& title,
+                                       const QString& url, qint32 depth);
+    void updatePage(const QuillmerePagePtr& page, const QString& title);
+    bool foundLinkWithPath(const QString& path, const QString& name, const QString& anchor, const QString& url,
+                           qint32 depth, const QuillmerePagePtr& page);
+    bool foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor, const QuillmerePagePtr& page);
+    QuillmerePagePtr getPageFromURL(const QString& url);
+
+private:
+    std::shared_ptr<Project> project_;
+    qint32 pageCount_ = 0;
+    qint32 maxDepth_ = 0;
+    qint32 pagesThisRun_ = 0;
+};

@@ -1,0 +1,42 @@
+#include "crawler/CrawlTransaction.h"
+
+#include "store/DebugTrace.h"
+
+#include <sqlite3.h>
+
+#include <chrono>
+#include <thread>
+
+CrawlTransaction::CrawlTransaction(sqlite3* database) : database_(database)
+{
+    // A deferred transaction takes no lock until the first write.
+    open_ = database_ && sqlite3_get_autocommit(database_)
+            && sqlite3_exec(database_, "begin", nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+CrawlTransaction::~CrawlTransaction()
+{
+    if (open_)
+        commit();
+}
+
+bool CrawlTransaction::commit()
+{
+    if (!open_)
+        return true;
+    for (int attempt = 0; attempt < 250; ++attempt) {
+        const int rc = sqlite3_exec(database_, "commit", nullptr, nullptr, nullptr);
+        if (rc == SQLITE_OK) {
+            open_ = false;
+            return true;
+        }
+        if (sqlite3_get_autocommit(database_) || (rc & 0xff) != SQLITE_BUSY)
+            break;  // given up by the library (full disk, I/O error), or not worth waiting for
+        // Another process reading the file holds its lock for a moment.
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    errorMessage_ = QString::fromUtf8(sqlite3_errmsg(database_));
+    DebugTrace("commit Error::%s", qPrintable(errorMessage_));
+    open_ = false;
+    return false;
+}

@@ -1,0 +1,88 @@
+#include "crawler/DownloaderCmdLineTestController.h"
+
+#include "crawler/DownloaderOperationLibXML.h"
+#include "crawler/OperationQueue.h"
+#include "store/ApplicationDelegate.h"
+#include "store/DebugTrace.h"
+#include "store/Project.h"
+
+DownloaderCmdLineTestController::DownloaderCmdLineTestController() = default;
+
+DownloaderCmdLineTestController::~DownloaderCmdLineTestController() = default;
+
+void DownloaderCmdLineTestController::launchTestWithURL(const QString& url, const QString& projectName)
+{
+    project_ = Project::createProjectWithName(projectName, url, -1, -1);
+    if (!project_)
+        return;
+    records_ = std::make_unique<CrawlRecordKeeper>(project_);
+    operationsQueue_ = std::make_unique<OperationQueue>();
+    operationsQueue_->setMaxConcurrentOperationCount(1);
+    // The operation holds its delegate; an aliasing pointer keeps that from owning this
+    // controller, which owns the queue that runs the operation.
+    std::shared_ptr<DownloaderDelegate> self(std::shared_ptr<DownloaderDelegate>(), this);
+    operation_ = DownloaderOperationLibXML::initWithProject(project_, self);
+    operationsQueue_->addOperation(operation_);
+}
+
+void DownloaderCmdLineTestController::downloaderDidStart()
+{
+    DebugTrace("downloaderDidStart");
+}
+
+void DownloaderCmdLineTestController::downloaderDidEnd()
+{
+    DebugTrace("downloaderDidEnd");
+    QuillmerePage::performWeightForProject(project_);
+    if (ApplicationDelegate* delegate = ApplicationDelegate::sharedAppDelegate())
+        delegate->saveContext();
+}
+
+void DownloaderCmdLineTestController::downloaderEndWithError(const QString&) {}
+
+void DownloaderCmdLineTestController::downloadPageDidStartWithURL(const QString& url, qint32 depth)
+{
+    DebugTrace("  downloadPageDidStartWithURL:(%s) andDepth:(%d)", qPrintable(url), depth);
+}
+
+void DownloaderCmdLineTestController::downloadPageDidEndWithURL(const QString& url, qint32 depth)
+{
+    DebugTrace("  downloadPageDidEndWithURL:(%s) andDepth:(%d)", qPrintable(url), depth);
+}
+
+QuillmerePagePtr DownloaderCmdLineTestController::foundPageWithPath(const QString& path, const QString& name,
+                                                                    const QString& title, const QString& url,
+                                                                    qint32 depth)
+{
+    return records_->foundPageWithPath(path, name, title, url, depth);
+}
+
+void DownloaderCmdLineTestController::updatePage(const QuillmerePagePtr& page, const QString& title)
+{
+    DebugTrace("    updatePage:(%s) withTitle:(%s)", page ? qPrintable(page->description()) : "(null)", qPrintable(title));
+    records_->updatePage(page, title);
+}
+
+bool DownloaderCmdLineTestController::foundLinkWithPath(const QString& path, const QString& name,
+                                                        const QString& anchor, const QString& url, qint32 depth,
+                                                        const QuillmerePagePtr& page)
+{
+    return records_->foundLinkWithPath(path, name, anchor, url, depth, page);
+}
+
+bool DownloaderCmdLineTestController::foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor,
+                                                        const QuillmerePagePtr& page)
+{
+    return records_->foundLinkWithPage(pageTo, anchor, page);
+}
+
+QuillmerePagePtr DownloaderCmdLineTestController::getPageFromURL(const QString& url)
+{
+    return records_->getPageFromURL(url);
+}
+
+void DownloaderCmdLineTestController::initLinkProgressWithMaxValue(qint32) {}
+
+void DownloaderCmdLineTestController::setLinkProgressWithValue(qint32, qint32) {}
+
+void DownloaderCmdLineTestController::setWaitingQueueCount(qint32, qint32) {}

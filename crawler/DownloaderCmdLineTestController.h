@@ -1,0 +1,49 @@
+#pragma once
+
+#include "crawler/CrawlRecordKeeper.h"
+#include "crawler/DownloaderDelegate.h"
+
+#include <memory>
+
+class OperationQueue;
+class DownloaderOperationLibXML;
+class Project;
+
+// The minimal headless crawl: one new project for one URL, no limits, and only the record
+// keeping a crawl needs. It must stay alive, with the main event loop running, until
+// downloaderDidEnd has arrived.
+class DownloaderCmdLineTestController : public DownloaderDelegate,
+                                        public std::enable_shared_from_this<DownloaderCmdLineTestController> {
+public:
+    DownloaderCmdLineTestController();
+    ~DownloaderCmdLineTestController() override;
+
+    // Creates the project and queues its crawl; returns at once.
+    void launchTestWithURL(const QString& url, const QString& projectName);
+
+    OperationQueue* operationsQueue() const { return operationsQueue_.get(); }
+    std::shared_ptr<Project> project() const { return project_; }
+    std::shared_ptr<DownloaderOperationLibXML> downloaderOperation() const { return operation_; }
+
+    void downloaderDidStart() override;
+    void downloaderDidEnd() override;
+    void downloaderEndWithError(const QString& error) override;
+    void downloadPageDidStartWithURL(const QString& url, qint32 depth) override;
+    void downloadPageDidEndWithURL(const QString& url, qint32 depth) override;
+    QuillmerePagePtr foundPageWithPath(const QString& path, const QString& name, const QString& title,
+                                       const QString& url, qint32 depth) override;
+    void updatePage(const QuillmerePagePtr& page, const QString& title) override;
+    bool foundLinkWithPath(const QString& path, const QString& name, const QString& anchor, const QString& url,
+                           qint32 depth, const QuillmerePagePtr& page) override;
+    bool foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor, const QuillmerePagePtr& page) override;
+    QuillmerePagePtr getPageFromURL(const QString& url) override;
+    void initLinkProgressWithMaxValue(qint32 linkCountMax) override;
+    void setLinkProgressWithValue(qint32 value, qint32 maxValue) override;
+    void setWaitingQueueCount(qint32 waitingCount, qint32 doneCount) override;
+
+private:
+    std::unique_ptr<OperationQueue> operationsQueue_;
+    std::shared_ptr<Project> project_;
+    std::unique_ptr<CrawlRecordKeeper> records_;
+    std::shared_ptr<DownloaderOperationLibXML> operation_;
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "store/QuillmerePage.h"
+
+#include <QString>
+
+// What a crawl reports, and the page and link records it asks for. Every call arrives on
+// the main thread while the crawler's thread waits; an implementation must never wait for
+// the crawler. The record-keeping calls must keep the crawl database consistent: see
+// CrawlRecordKeeper, which does exactly what they owe.
+class DownloaderDelegate {
+public:
+    virtual ~DownloaderDelegate() = default;
+
+    virtual void downloaderDidStart() = 0;
+    virtual void downloaderDidEnd() = 0;
+    virtual void downloaderEndWithError(const QString& error) = 0;
+    virtual void downloadPageDidStartWithURL(const QString& url, qint32 depth) = 0;
+    virtual void downloadPageDidEndWithURL(const QString& url, qint32 depth) = 0;
+    virtual QuillmerePagePtr foundPageWithPath(const QString& path, const QString& name, const QString& title,
+                                               const QString& url, qint32 depth) = 0;
+    virtual void updatePage(const QuillmerePagePtr& page, const QString& title) = 0;
+    virtual bool foundLinkWithPath(const QString& path, const QString& name, const QString& anchor, const QString& url,
+                                   qint32 depth, const QuillmerePagePtr& page) = 0;
+    virtual bool foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor,
+                                   const QuillmerePagePtr& page) = 0;
+    virtual QuillmerePagePtr getPageFromURL(const QString& url) = 0;
+    virtual void initLinkProgressWithMaxValue(qint32 linkCountMax) = 0;
+    virtual void setLinkProgressWithValue(qint32 value, qint32 maxValue) = 0;
+    virtual void setWaitingQueueCount(qint32 waitingCount, qint32 doneCount) = 0;  // ...andDoneQueueDone:
+};

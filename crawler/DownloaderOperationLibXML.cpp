@@ -1,0 +1,522 @@
+#include "crawler/DownloaderOperationLibXML.h"
+
+#include "crawler/CrawlTransaction.h"
+#include "crawler/MainThread.h"
+#include "crawler/RecordMetaTypes.h"
+#include "fetch/SynchronizedWebCall.h"
+#include "html/HTMLLink.h"
+#include "html/HTMLParser.h"
+#include "html/PathOperations.h"
+#include "html/RobotEntry.h"
+#include "html/StringOperations.h"
+#include "store/LinkHeaders.h"
+#include "store/Localization.h"
+#include "store/DebugTrace.h"
+#include "store/Project.h"
+#include "store/QuillmereDownloaderQueue.h"
+
+#include <QStringDecoder>
+#include <QUrl>
+
+namespace {
+const QString kUrl = QStringLiteral("url");
+const QString kDepth = QStringLiteral("depth");
+const QString kPath = QStringLiteral("path");
+const QString kPage = QStringLiteral("page");
+const QString kTitle = QStringLiteral("title");
+const QString kName = QStringLiteral("name");
+const QString kAnchor = QStringLiteral("anchor");
+const QString kPageTo = QStringLiteral("pageTo");
+const QString kQuillmerePage = QStringLiteral("quillmerePage");
+const QString kBRet = QStringLiteral("bRet");
+
+// Strict UTF-8: a file with invalid sequences gives no text at all.
+QString decodeUtf8OrNull(const QByteArray& data)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = decoder.decode(data);
+    return decoder.hasError() ? QString() : text;
+}
+
+// The page URL and a canonical href compare in this form: no "www.", http for https, and
+// one trailing "/" less.
+QString canonicalForm(const QString& url)
+{
+    QString s = url;
+    s.remove(QStringLiteral("www."));
+    s.replace(QStringLiteral("https:"), QStringLiteral("http:"));
+    if (s.endsWith(QLatin1Char('/')))
+        s.chop(1);
+    return s;
+}
+
+HTMLNodePtr firstChildTag(const HTMLNodePtr& node, const QString& tag)
+{
+    return node ? node->findChildTag(tag) : HTMLNodePtr();
+}
+
+QList<HTMLNodePtr> childTags(const HTMLNodePtr& node, const QString& tag)
+{
+    return node ? node->findChildTags(tag) : QList<HTMLNodePtr>();
+}
+
+QString attribute(const HTMLNodePtr& node, const QString& name)
+{
+    return node ? node->getAttributeNamed(name) : QString();
+}
+} // namespace
+
+DownloaderOperationLibXML::DownloaderOperationLibXML(std::shared_ptr<Project> project,
+                                                     std::shared_ptr<DownloaderDelegate> delegate, bool continueMode)
+    : isContinueMode_(continueMode),
+      project_(std::move(project)),
+      downloaderDelegate_(std::move(delegate)),
+      syncWebCall_(std::make_unique<SynchronizedWebCall>()),
+      arrayOfFilteredContentType_{QStringLiteral("text/html")}
+{
+}
+
+DownloaderOperationLibXML::~DownloaderOperationLibXML() = default;
+
+std::shared_ptr<DownloaderOperationLibXML>
+DownloaderOperationLibXML::initWithProject(std::shared_ptr<Project> project, std::shared_ptr<DownloaderDelegate> delegate)
+{
+    return std::make_shared<DownloaderOperationLibXML>(std::move(project), std::move(delegate), false);
+}
+
+std::shared_ptr<DownloaderOperationLibXML>
+DownloaderOperationLibXML::initForContinueWithProject(std::shared_ptr<Project> project,
+                                                      std::shared_ptr<DownloaderDelegate> delegate)
+{
+    return std::make_shared<DownloaderOperationLibXML>(std::move(project), std::move(delegate), true);
+}
+
+QString DownloaderOperationLibXML::firstURLErrorMessage()
+{
+    return QStringLiteral("Attention les URL trouvées dans les pages ne correspondent pas a celle du projet, "
+                          "vérifier si c'est bien http ou https par exemple !");
+}
+
+void DownloaderOperationLibXML::main()
+{
+    setCanContinue(true);
+    downloaderDidStart();
+    if (!isContinueMode_) {
+        QuillmereDownloaderQueue::createDownloaderQueueWithURL(project_->url(), QStringLiteral("/"),
+                                                               QStringLiteral("index.html"), 1, project_);
+    }
+    loadRobotsTxt();
+    downloadFromWaitingQueue();
+    downloaderDidEnd();
+    if (isPossibleFirstURLError_)
+        downloaderEndWithError(firstURLErrorMessage());
+    project_->flushLogs();
+}
+
+void DownloaderOperationLibXML::loadRobotsTxt()
+{
+    // The path join folds the scheme's "//", so a start URL with a host gives an address
+    // without one, whose fetch fails: such sites are crawled without Disallow rules.
+    const QString robotsURL = PathOperations::Join(project_->url(), QStringLiteral("robots.txt"));
+    const QByteArray data = syncWebCall_->getURL(robotsURL, QStringList{QStringLiteral("text/plain")});
+    if (data.isEmpty()) {
+        DebugTrace("Pas de fichier robots.txt");
+        return;
+    }
+    QList<std::shared_ptr<RobotEntry>> rules;
+    project_->loadRobotsTxt(decodeUtf8OrNull(data), rules);
+    arrayOfDisallowedURLs_ = rules;
+    hasDisallowedURLs_ = true;
+    DebugTrace("Contenu du robots.txt");
+    for (const auto& rule : arrayOfDisallowedURLs_)
+        DebugTrace("%s", qPrintable(rule->description()));
+}
+
+void DownloaderOperationLibXML::reportQueueCounts()
+{
+    setWaitingQueueCount(qint32(QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project_)),
+                         qint32(QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project_)));
+}
+
+void DownloaderOperationLibXML::downloadFromWaitingQueue()
+{
+    QList<QuillmereDownloaderQueuePtr> batch = QuillmereDownloaderQueue::getAllWaitingDownloaderQueueForProject(project_);
+    if (!canContinue())
+        return;
+    for (;;) {
+        if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected() || batch.isEmpty())
+            return;
+        reportQueueCounts();
+        if (canContinue()) {
+            for (const auto& entry : batch) {
+                if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected())
+                    break;
+                {
+                    // The page's records and its done mark land together.
+                    CrawlTransaction transaction(project_->sqlite3Database());
+                    downloadAndPerformURL(entry->url(), entry->path(), entry->documentName(), qint32(entry->depth()));
+                    entry->updatePerformDoneWithBooleanValue(true);
+                    if (!transaction.commit()) {
+                        databaseError_ = transaction.errorMessage();
+                        setCanContinue(false);
+                    }
+                }
+                reportQueueCounts();
+                if (!canContinue())
+                    break;
+            }
+        }
+        batch = QuillmereDownloaderQueue::getAllWaitingDownloaderQueueForProject(project_);
+        if (!canContinue())
+            return;
+    }
+}
+
+void DownloaderOperationLibXML::downloadAndPerformURL(const QString& url, const QString& path,
+                                                      const QString& documentName, qint32 depth)
+{
+    QuillmerePagePtr currentPage = getPageFromURL(url);
+    if (currentPage && !currentPage->title().isEmpty())
+        return;  // analysed already, in this run or an earlier one
+    try {
+        analysePage(url, path, documentName, depth, currentPage);
+    } catch (...) {
+        // A fault while analysing one page abandons that page only; what was recorded stays.
+        DebugTrace("downloadAndPerformURL exception (%s)", qPrintable(url));
+    }
+}
+
+void DownloaderOperationLibXML::analysePage(const QString& url, const QString& path, const QString& documentName,
+                                            qint32 depth, QuillmerePagePtr currentPage)
+{
+    downloadPageDidStartWithURL(url, depth);
+    const QByteArray data = syncWebCall_->getURL(url, arrayOfFilteredContentType_);
+    // Asked in this order for the trace's sake; what follows depends only on the data and
+    // on the redirect.
+    if (!syncWebCall_->isContentTypeError() && !syncWebCall_->isContentLengthError())
+        (void)syncWebCall_->is404();
+    if (syncWebCall_->isRedirect()) {
+        performRedirect(url, depth);
+        return;
+    }
+
+    if (!LinkHeaders::getLinkHeadersWithURL(url, project_)) {
+        LinkHeaders::createLinkHeadersWithURL(url, syncWebCall_->contentType(), syncWebCall_->contentLength(),
+                                              syncWebCall_->downloadedLength(), project_);
+    }
+    if (data.isNull()) {
+        const QString title = Localization::localizedString("ErrorContentType");
+        if (currentPage)
+            updatePage(currentPage, title);
+        else
+            foundPageWithPath(path, documentName, title, url, depth);
+        return;
+    }
+
+    const QString fileName = QStringLiteral("content_html_%1.html").arg(htmlFileCounter_++);
+    project_->saveHtmlData(data, fileName);
+    AppError parseError;
+    HTMLParserPtr parser = HTMLParser::initWithData(data, &parseError);
+    if (!parser || parseError.code != 0)
+        return;
+
+    const HTMLNodePtr head = parser->head();
+    QString title;
+    if (HTMLNodePtr titleNode = firstChildTag(head, QStringLiteral("title")))
+        title = stringByTrim(titleNode->contents());
+    if (title.isEmpty())
+        title = QStringLiteral("No Title");
+
+    bool noIndex = false;
+    bool noFollow = false;
+    for (const auto& meta : childTags(head, QStringLiteral("meta"))) {
+        if (!isEqualCaseInsensitive(attribute(meta, QStringLiteral("name")), QStringLiteral("robots")))
+            continue;
+        const QString content = attribute(meta, QStringLiteral("content"));
+        if (content.contains(QStringLiteral("noindex"), Qt::CaseInsensitive))
+            noIndex = true;
+        if (content.contains(QStringLiteral("nofollow"), Qt::CaseInsensitive))
+            noFollow = true;
+    }
+    if (noIndex && noFollow) {
+        if (currentPage) {
+            currentPage->updateIsNoIndex(true);
+            currentPage->updateIsNoFollow(true);
+            updatePage(currentPage, title);
+        }
+        return;
+    }
+    if (noIndex && currentPage) {
+        currentPage->updateIsNoIndex(true);
+        updatePage(currentPage, title);
+    }
+
+    QString canonical;
+    for (const auto& link : childTags(head, QStringLiteral("link"))) {
+        if (!isEqualCaseInsensitive(attribute(link, QStringLiteral("rel")), QStringLiteral("canonical")))
+            continue;
+        const QString href = attribute(link, QStringLiteral("href"));
+        canonical = (!href.isNull() && canonicalForm(href) == canonicalForm(url)) ? QString() : href;
+    }
+    if (!canonical.isNull()) {
+        if (currentPage) {
+            currentPage->updateIsCanonical(true);
+            updatePage(currentPage, title);
+        }
+        return;
+    }
+
+    if (currentPage)
+        updatePage(currentPage, title);
+    else
+        currentPage = foundPageWithPath(path, documentName, title, url, depth);
+
+    const QList<HTMLNodePtr> anchors = childTags(parser->body(), QStringLiteral("a"));
+    const qint32 anchorCount = qint32(anchors.size());
+    initLinkProgressWithMaxValue(anchorCount);
+    QList<HTMLLinkPtr> linksToQueue;
+    const QString projectURL = project_->url();
+    for (qint32 n = 1; n <= anchorCount; ++n) {
+        const HTMLNodePtr& anchor = anchors[n - 1];
+        setLinkProgressWithValue(n, anchorCount);
+        if (anchor->getAttributeNamed(QStringLiteral("href")).isNull())
+            continue;
+        if (anchor->getAttributeNamed(QStringLiteral("rel")) == QLatin1String("nofollow") && !project_->explore_no_follow())
+            continue;
+        const QString href = stringByTrim(anchor->getAttributeNamed(QStringLiteral("href")));
+        if (href.size() >= 7 && hasPrefixCaseInsensitive(href, QStringLiteral("mailto:")))
+            continue;
+        if (href.size() >= 11 && hasPrefixCaseInsensitive(href, QStringLiteral("javascript:")))
+            continue;
+        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(anchor, path, url, projectURL, project_);
+        if (link->isExternalLink()) {
+            if (link->isPossibleFirstURLError()) {
+                isPossibleFirstURLError_ = true;
+                setCanContinue(false);
+                return;
+            }
+            continue;
+        }
+        if (!link->isAllowedURLwithArrayOfDisallowed(arrayOfDisallowedURLs()))
+            continue;
+        const LinkHeadersPtr headers = LinkHeaders::getLinkHeadersWithURL(link->fullHref(), project_);
+        if (headers && !headers->isContentTypeHTML())
+            continue;  // known not to be a page
+        linksToQueue.append(link);
+        if (QuillmerePagePtr target = getPageFromURL(link->fullHref()))
+            foundLinkWithPage(target, link->anchor(), currentPage);
+        else
+            foundLinkWithPath(link->documentPath(), link->documentName(), link->anchor(), link->fullHref(), depth + 1,
+                              currentPage);
+    }
+    downloadPageDidEndWithURL(url, depth);
+
+    for (const auto& link : linksToQueue) {
+        if (QuillmereDownloaderQueue::pageURLIsAlreadyInQueue(link->fullHref(), project_))
+            continue;
+        const QuillmerePagePtr known = getPageFromURL(link->fullHref());
+        if (known && !known->title().isEmpty())
+            continue;
+        QuillmereDownloaderQueue::createDownloaderQueueWithURL(link->fullHref(), link->documentPath(),
+                                                               link->documentName(), depth + 1, project_);
+    }
+}
+
+void DownloaderOperationLibXML::performRedirect(const QString& url, qint32 depth)
+{
+    const QString target = syncWebCall_->redirectURL();
+    const QuillmerePagePtr known = getPageFromURL(target);
+    if (known && !known->title().isEmpty()) {
+        project_->appendToFileLogHandle(QStringLiteral("SKIP::RedirectURL to %1\n").arg(target));
+        return;
+    }
+    project_->appendToFileLogHandle(QStringLiteral("Perform::RedirectURL to %1\n").arg(target));
+
+    const QStringList components = PathOperations::Components(QUrl(target).path(QUrl::FullyDecoded));
+    QString path;
+    QString name;
+    if (url.endsWith(QLatin1Char('/'))) {
+        // A directory URL redirected elsewhere files the target as a directory of its own.
+        for (const auto& component : components) {
+            if (component != QLatin1String("/"))
+                path += QLatin1Char('/') + component;
+        }
+        path += QLatin1Char('/');
+        name = QStringLiteral("index.html");
+    } else if (components.isEmpty()) {
+        path = QStringLiteral("/");
+        name = QStringLiteral("index.html");
+    } else {
+        for (qsizetype i = 0; i + 1 < components.size(); ++i) {
+            if (components[i] != QLatin1String("/"))
+                path += QLatin1Char('/') + components[i];
+        }
+        path += QLatin1Char('/');
+        name = components.last();
+    }
+    if (path.isEmpty())
+        path = QStringLiteral("/");
+    QuillmereDownloaderQueue::createDownloaderQueueWithURL(target, path, name, depth + 1, project_);
+}
+
+// --- relays ---
+
+void DownloaderOperationLibXML::downloaderDidStart()
+{
+    MainThread::performAndWait([this] { mainThreadDownloaderDidStart(); });
+}
+
+void DownloaderOperationLibXML::downloaderDidEnd()
+{
+    MainThread::performAndWait([this] { mainThreadDownloaderDidEnd(); });
+}
+
+void DownloaderOperationLibXML::downloaderEndWithError(const QString& error)
+{
+    QVariantMap d{{QStringLiteral("error"), error}};
+    MainThread::performAndWait([&] { mainThreadDownloaderEndWithErrorAndDictionnary(d); });
+}
+
+void DownloaderOperationLibXML::downloadPageDidStartWithURL(const QString& url, qint32 depth)
+{
+    QVariantMap d{{kUrl, url}, {kDepth, depth}};
+    MainThread::performAndWait([&] { mainThreadDownloadPageDidStartWithDictionnary(d); });
+}
+
+void DownloaderOperationLibXML::downloadPageDidEndWithURL(const QString& url, qint32 depth)
+{
+    QVariantMap d{{kUrl, url}, {kDepth, depth}};
+    MainThread::performAndWait([&] { mainThreadDownloadPageDidEndWithDictionnary(d); });
+}
+
+QuillmerePagePtr DownloaderOperationLibXML::foundPageWithPath(const QString& path, const QString& name,
+                                                              const QString& title, const QString& url, qint32 depth)
+{
+    QVariantMap d{{kPath, path}, {kPage, name}, {kTitle, title}, {kUrl, url}, {kDepth, depth}};
+    MainThread::performAndWait([&] { mainThreadFoundPageWithMutableDictionnary(d); });
+    return pageFromVariant(d.value(kQuillmerePage));
+}
+
+void DownloaderOperationLibXML::updatePage(const QuillmerePagePtr& page, const QString& title)
+{
+    QVariantMap d{{kPage, pageVariant(page)}, {kTitle, title}};
+    MainThread::performAndWait([&] { mainThreadUpdatePageWithDictionnary(d); });
+}
+
+bool DownloaderOperationLibXML::foundLinkWithPath(const QString& path, const QString& name, const QString& anchor,
+                                                  const QString& url, qint32 depth, const QuillmerePagePtr& page)
+{
+    QVariantMap d{{kPath, path}, {kName, name}, {kAnchor, anchor}, {kUrl, url}, {kDepth, depth}, {kPage, pageVariant(page)}};
+    MainThread::performAndWait([&] { mainThreadFoundLinkNameWithMutableDictionnary(d); });
+    return d.value(kBRet).toBool();
+}
+
+bool DownloaderOperationLibXML::foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor,
+                                                  const QuillmerePagePtr& page)
+{
+    QVariantMap d{{kPageTo, pageVariant(pageTo)}, {kAnchor, anchor}, {kPage, pageVariant(page)}};
+    MainThread::performAndWait([&] { mainThreadFoundLinkPageWithMutableDictionnary(d); });
+    return d.value(kBRet).toBool();
+}
+
+QuillmerePagePtr DownloaderOperationLibXML::getPageFromURL(const QString& url)
+{
+    QVariantMap d{{kUrl, url}};
+    MainThread::performAndWait([&] { mainThreadGetPageFromURLWithMutableDictionnary(d); });
+    return pageFromVariant(d.value(kQuillmerePage));
+}
+
+void DownloaderOperationLibXML::initLinkProgressWithMaxValue(qint32 linkCountMax)
+{
+    QVariantMap d{{QStringLiteral("linkCountMax"), linkCountMax}};
+    MainThread::performAndWait([&] { mainThreadInitLinkProgressWithMutableDictionnary(d); });
+}
+
+void DownloaderOperationLibXML::setLinkProgressWithValue(qint32 value, qint32 maxValue)
+{
+    QVariantMap d{{QStringLiteral("value"), value}, {QStringLiteral("maxValue"), maxValue}};
+    MainThread::performAndWait([&] { mainThreadSetLinkProgressWithMutableDictionnary(d); });
+}
+
+void DownloaderOperationLibXML::setWaitingQueueCount(qint32 waitingCount, qint32 doneCount)
+{
+    QVariantMap d{{QStringLiteral("waitingCount"), waitingCount}, {QStringLiteral("doneCount"), doneCount}};
+    MainThread::performAndWait([&] { mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(d); });
+}
+
+void DownloaderOperationLibXML::mainThreadDownloaderDidStart()
+{
+    downloaderDelegate_->downloaderDidStart();
+}
+
+void DownloaderOperationLibXML::mainThreadDownloaderDidEnd()
+{
+    downloaderDelegate_->downloaderDidEnd();
+}
+
+void DownloaderOperationLibXML::mainThreadDownloaderEndWithErrorAndDictionnary(QVariantMap& d)
+{
+    downloaderDelegate_->downloaderEndWithError(d.value(QStringLiteral("error")).toString());
+}
+
+void DownloaderOperationLibXML::mainThreadDownloadPageDidStartWithDictionnary(QVariantMap& d)
+{
+    downloaderDelegate_->downloadPageDidStartWithURL(d.value(kUrl).toString(), d.value(kDepth).toInt());
+}
+
+void DownloaderOperationLibXML::mainThreadDownloadPageDidEndWithDictionnary(QVariantMap& d)
+{
+    downloaderDelegate_->downloadPageDidEndWithURL(d.value(kUrl).toString(), d.value(kDepth).toInt());
+}
+
+void DownloaderOperationLibXML::mainThreadFoundPageWithMutableDictionnary(QVariantMap& d)
+{
+    QuillmerePagePtr page = downloaderDelegate_->foundPageWithPath(d.value(kPath).toString(), d.value(kPage).toString(),
+                                                                   d.value(kTitle).toString(), d.value(kUrl).toString(),
+                                                                   d.value(kDepth).toInt());
+    if (page)
+        d.insert(kQuillmerePage, pageVariant(page));
+}
+
+void DownloaderOperationLibXML::mainThreadUpdatePageWithDictionnary(QVariantMap& d)
+{
+    downloaderDelegate_->updatePage(pageFromVariant(d.value(kPage)), d.value(kTitle).toString());
+}
+
+void DownloaderOperationLibXML::mainThreadFoundLinkNameWithMutableDictionnary(QVariantMap& d)
+{
+    const bool made = downloaderDelegate_->foundLinkWithPath(d.value(kPath).toString(), d.value(kName).toString(),
+                                                             d.value(kAnchor).toString(), d.value(kUrl).toString(),
+                                                             d.value(kDepth).toInt(), pageFromVariant(d.value(kPage)));
+    d.insert(kBRet, made);
+}
+
+void DownloaderOperationLibXML::mainThreadFoundLinkPageWithMutableDictionnary(QVariantMap& d)
+{
+    const bool made = downloaderDelegate_->foundLinkWithPage(pageFromVariant(d.value(kPageTo)),
+                                                             d.value(kAnchor).toString(), pageFromVariant(d.value(kPage)));
+    d.insert(kBRet, made);
+}
+
+void DownloaderOperationLibXML::mainThreadGetPageFromURLWithMutableDictionnary(QVariantMap& d)
+{
+    if (QuillmerePagePtr page = downloaderDelegate_->getPageFromURL(d.value(kUrl).toString()))
+        d.insert(kQuillmerePage, pageVariant(page));
+}
+
+void DownloaderOperationLibXML::mainThreadInitLinkProgressWithMutableDictionnary(QVariantMap& d)
+{
+    downloaderDelegate_->initLinkProgressWithMaxValue(d.value(QStringLiteral("linkCountMax")).toInt());
+}
+
+void DownloaderOperationLibXML::mainThreadSetLinkProgressWithMutableDictionnary(QVariantMap& d)
+{
+    downloaderDelegate_->setLinkProgressWithValue(d.value(QStringLiteral("value")).toInt(),
+                                                  d.value(QStringLiteral("maxValue")).toInt());
+}
+
+void DownloaderOperationLibXML::mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(QVariantMap& d)
+{
+    downloaderDelegate_->setWaitingQueueCount(d.value(QStringLiteral("waitingCount")).toInt(),
+                                              d.value(QStringLiteral("doneCount")).toInt());
+}

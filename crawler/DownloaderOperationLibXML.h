@@ -1,0 +1,107 @@
+#pragma once
+
+#include "crawler/DownloaderDelegate.h"
+#include "crawler/Operation.h"
+
+#include <QList>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <atomic>
+#include <memory>
+
+class Project;
+class RobotEntry;
+class SynchronizedWebCall;
+
+// The crawler: walks one project's download queue in batches of 100, analyses each page,
+// and reports everything to its delegate on the main thread, waiting for every answer.
+class DownloaderOperationLibXML : public Operation {
+public:
+    DownloaderOperationLibXML(std::shared_ptr<Project> project, std::shared_ptr<DownloaderDelegate> delegate,
+                              bool continueMode = false);
+    ~DownloaderOperationLibXML() override;
+
+    static std::shared_ptr<DownloaderOperationLibXML> initWithProject(std::shared_ptr<Project> project,
+                                                                      std::shared_ptr<DownloaderDelegate> delegate);
+    static std::shared_ptr<DownloaderOperationLibXML>
+    initForContinueWithProject(std::shared_ptr<Project> project, std::shared_ptr<DownloaderDelegate> delegate);
+
+    // The stop flag: the only value written from another thread while the crawl runs.
+    bool canContinue() const { return canContinue_.load(); }
+    void setCanContinue(bool value) { canContinue_.store(value); }
+    // Where a signal handler may clear the flag (lock-free atomic).
+    std::atomic<bool>* canContinueFlag() { return &canContinue_; }
+
+    bool isPossibleFirstURLError() const { return isPossibleFirstURLError_; }
+    bool isContinueMode() const { return isContinueMode_; }
+    qint32 htmlFileCounter() const { return htmlFileCounter_; }
+    std::shared_ptr<Project> project() const { return project_; }
+    std::shared_ptr<DownloaderDelegate> downloaderDelegate() const { return downloaderDelegate_; }
+    SynchronizedWebCall* syncWebCall() const { return syncWebCall_.get(); }
+    QStringList arrayOfFilteredContentType() const { return arrayOfFilteredContentType_; }
+    const QList<std::shared_ptr<RobotEntry>>* arrayOfDisallowedURLs() const
+    {
+        return hasDisallowedURLs_ ? &arrayOfDisallowedURLs_ : nullptr;
+    }
+
+    static QString firstURLErrorMessage();
+    // Set when the crawl database refused a page's writes (disk full, file gone); the walk
+    // then stops.
+    QString databaseError() const { return databaseError_; }
+
+    void main() override;
+    void downloadFromWaitingQueue();
+    void downloadAndPerformURL(const QString& url, const QString& path, const QString& documentName, qint32 depth);
+
+    // Relays: same calls as the delegate's, performed on the main thread while this waits.
+    void downloaderDidStart();
+    void downloaderDidEnd();
+    void downloaderEndWithError(const QString& error);
+    void downloadPageDidStartWithURL(const QString& url, qint32 depth);
+    void downloadPageDidEndWithURL(const QString& url, qint32 depth);
+    QuillmerePagePtr foundPageWithPath(const QString& path, const QString& name, const QString& title,
+                                       const QString& url, qint32 depth);
+    void updatePage(const QuillmerePagePtr& page, const QString& title);
+    bool foundLinkWithPath(const QString& path, const QString& name, const QString& anchor, const QString& url,
+                           qint32 depth, const QuillmerePagePtr& page);
+    bool foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor, const QuillmerePagePtr& page);
+    QuillmerePagePtr getPageFromURL(const QString& url);
+    void initLinkProgressWithMaxValue(qint32 linkCountMax);
+    void setLinkProgressWithValue(qint32 value, qint32 maxValue);
+    void setWaitingQueueCount(qint32 waitingCount, qint32 doneCount);
+
+    // The main-thread halves: unpack the dictionary, call the delegate, store any result back.
+    void mainThreadDownloaderDidStart();
+    void mainThreadDownloaderDidEnd();
+    void mainThreadDownloaderEndWithErrorAndDictionnary(QVariantMap& dictionary);
+    void mainThreadDownloadPageDidStartWithDictionnary(QVariantMap& dictionary);
+    void mainThreadDownloadPageDidEndWithDictionnary(QVariantMap& dictionary);
+    void mainThreadFoundPageWithMutableDictionnary(QVariantMap& dictionary);
+    void mainThreadUpdatePageWithDictionnary(QVariantMap& dictionary);
+    void mainThreadFoundLinkNameWithMutableDictionnary(QVariantMap& dictionary);
+    void mainThreadFoundLinkPageWithMutableDictionnary(QVariantMap& dictionary);
+    void mainThreadGetPageFromURLWithMutableDictionnary(QVariantMap& dictionary);
+    void mainThreadInitLinkProgressWithMutableDictionnary(QVariantMap& dictionary);
+    void mainThreadSetLinkProgressWithMutableDictionnary(QVariantMap& dictionary);
+    void mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(QVariantMap& dictionary);
+
+private:
+    void loadRobotsTxt();
+    void reportQueueCounts();
+    void analysePage(const QString& url, const QString& path, const QString& documentName, qint32 depth,
+                     QuillmerePagePtr currentPage);
+    void performRedirect(const QString& url, qint32 depth);
+
+    std::atomic<bool> canContinue_{false};
+    bool isPossibleFirstURLError_ = false;
+    bool isContinueMode_ = false;
+    qint32 htmlFileCounter_ = 1;
+    std::shared_ptr<Project> project_;
+    std::shared_ptr<DownloaderDelegate> downloaderDelegate_;
+    std::unique_ptr<SynchronizedWebCall> syncWebCall_;
+    QStringList arrayOfFilteredContentType_;
+    QList<std::shared_ptr<RobotEntry>> arrayOfDisallowedURLs_;
+    bool hasDisallowedURLs_ = false;
+    QString databaseError_;
+};
