@@ -46,7 +46,8 @@ void CrawlProgress::message(const QString& text)
 
 void CrawlProgress::finish()
 {
-    draw(true);
+    if (terminal_)
+        draw(true);
     if (terminal_ && drawn_)
         std::fputs("\n", stderr);
     drawn_ = false;

@@ -2,6 +2,7 @@
 #include "cli/CliContext.h"
 #include "cli/CommandLine.h"
 #include "cli/CrawlCommands.h"
+#include "cli/DemoCommand.h"
 #include "cli/ProjectCommands.h"
 #include "cli/ReportCommands.h"
 #include "store/DataModelManager.h"
@@ -32,6 +33,7 @@ QList<Command> commands()
     list.append({reportSpecs[0], ReportCommands::runShow});
     list.append({reportSpecs[1], ReportCommands::runPages});
     list.append({reportSpecs[2], ReportCommands::runLinks});
+    list.append({DemoCommand::spec(), DemoCommand::run});
     return list;
 }
 } // namespace

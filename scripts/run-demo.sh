@@ -7,7 +7,4 @@ root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 "$root/scripts/build.sh" release
 data="${QUILLMERE_DATA_DIR:-$root/build/demo-data}"
 mkdir -p "$data"
-q="$root/build/release/cli/quillmere"
-"$q" --data-dir "$data" delete demo >/dev/null 2>&1 || true
-"$q" --data-dir "$data" new demo "http://127.0.0.1/" --depth 5
-"$q" --data-dir "$data" projects
+exec "$root/build/release/cli/quillmere" --data-dir "$data" demo

@@ -1,0 +1,47 @@
+#include "cli/DemoCommand.h"
+
+#include "cli/CrawlCommands.h"
+#include "cli/DemoServer.h"
+#include "crawler/CrawlRecordKeeper.h"
+#include "store/DataModelManager.h"
+#include "store/Project.h"
+
+namespace DemoCommand {
+
+CommandSpec spec()
+{
+    return {QStringLiteral("demo"), QStringLiteral("demo"),
+            QStringLiteral("serve the built-in demo site on 127.0.0.1 and crawl it as project 'demo'"),
+            QStringLiteral("Creates the project 'demo' (or restarts it), crawls the site, prints the report and stops\n"
+                           "the server. Then try: quillmere pages demo --filter 404, quillmere show demo.\n"),
+            0, 0, {}, {}};
+}
+
+int run(CliContext& context)
+{
+    DataModelManager* manager = context.appDelegate->dataModelManager();
+    if (!manager->managedObjectContext())
+        return ExitUsage;
+    DemoServer server;
+    if (!server.start())
+        return failWith(ExitFailure, QStringLiteral("cannot serve the demo site on 127.0.0.1"));
+    const QString url = server.baseURL();
+    std::fprintf(stderr, "Demo site served at %s\n", qPrintable(url));
+
+    ProjectPtr project = Project::getProjectWithName(QStringLiteral("demo"));
+    if (project) {
+        // The port changes from one run to the next: the same project, its new address, a clean slate.
+        project->setUrl(url);
+        project->sqlite3Database();
+        CrawlRecordKeeper::restartProject(project);
+    } else {
+        project = Project::createProjectWithName(QStringLiteral("demo"), url, -1, -1);
+    }
+    if (!project || !project->sqlite3Database() || !manager->saveContext())
+        return failWith(ExitUsage, QStringLiteral("cannot create the project 'demo' in %1").arg(manager->applicationFilesDirectory()));
+    const int status = CrawlCommands::crawlAndReport(project);
+    server.stop();
+    return status;
+}
+
+} // namespace DemoCommand
