@@ -1,0 +1,83 @@
+#pragma once
+
+#include "fetch/URLConnectionDelegate.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+// One HTTP transfer on libcurl, reported to a delegate as a sequence of events.
+//
+// The connection runs on the thread that calls runOnce(); every delegate event is delivered
+// on that thread during runOnce(). Each call runs one request/response exchange: the first
+// request, then, when the delegate accepts a redirect, one call per hop. Redirects are
+// followed here rather than by libcurl so that each hop goes through the delegate; more than
+// kMaximumRedirects hops fail with HTTPTooManyRedirects.
+//
+// Only http and https URLs with a host are fetched; any other URL fails before anything is
+// sent. Compressed bodies are accepted and handed over decoded. The request's time-out
+// bounds the connection set-up and any period without incoming bytes.
+class URLConnection {
+public:
+    static constexpr int kMaximumRedirects = 20;
+
+    // A connection for the request; nothing happens before the first runOnce().
+    static std::unique_ptr<URLConnection> connectionWithRequest(const URLRequest& request,
+                                                                URLConnectionDelegate* delegate);
+
+    ~URLConnection();
+    URLConnection(const URLConnection&) = delete;
+    URLConnection& operator=(const URLConnection&) = delete;
+
+    // The request the connection was created with.
+    const URLRequest& originalRequest() const { return originalRequest_; }
+    // The request of the exchange in progress (the last redirect target once redirected).
+    const URLRequest& currentRequest() const { return currentRequest_; }
+
+    // Runs the next exchange. Answers false when there was nothing left to run: the transfer
+    // has finished, failed or been cancelled.
+    bool runOnce();
+
+    // Stops the transfer; no event follows. Meant for the delegate's event handlers; from
+    // another thread it takes effect within about a second.
+    void cancel() { cancelled_ = true; }
+    bool isCancelled() const { return cancelled_; }
+
+    // A plain blocking transfer on the calling thread: redirects followed, no size limit, no
+    // type filter. Answers the body (empty, not null, when the body was empty), or a null
+    // array on failure.
+    static QByteArray sendSynchronousRequest(const URLRequest& request, HTTPURLResponsePtr* response,
+                                             FetchErrorPtr* error);
+
+    // "Quillmere/<version>", sent with every request.
+    static QByteArray userAgent();
+
+private:
+    friend struct URLConnectionCallbacks;
+
+    enum class State { NotStarted, Running, Ended };
+
+    URLConnection(const URLRequest& request, URLConnectionDelegate* delegate);
+
+    void performExchange();
+    size_t handleHeaderLine(const char* data, size_t size);
+    size_t handleBody(const char* data, size_t size);
+    bool handleRedirect(const HTTPURLResponsePtr& response);
+    void deliverResponse(const HTTPURLResponsePtr& response);
+    void fail(const FetchErrorPtr& error);
+
+    URLConnectionDelegate* delegate_;
+    URLRequest originalRequest_;
+    URLRequest currentRequest_;
+    State state_ = State::NotStarted;
+    std::atomic<bool> cancelled_{false};
+    int redirectCount_ = 0;
+    void* easy_ = nullptr;
+
+    // State of the exchange in progress.
+    struct Exchange;
+    std::unique_ptr<Exchange> exchange_;
+};
