@@ -1,0 +1,129 @@
+#include "fetch/SynchronizedWebCall.h"
+
+#include "fetch/NSURLConnectionLimitSize.h"
+#include "fetch/PercentEscapes.h"
+#include "fetch/URLConnection.h"
+
+#include <QVariantMap>
+
+#include <atomic>
+
+namespace {
+
+std::atomic<double> testTimeoutInterval{0.0};
+
+bool isSuccessStatus(int status)
+{
+    return status == 200 || status == 201 || status == 204;
+}
+
+std::optional<QUrl> parseEscaped(const QString& string, PercentEscapes::Encoding encoding)
+{
+    const auto escaped = PercentEscapes::stringByAddingPercentEscapes(string, encoding);
+    if (!escaped)
+        return std::nullopt;
+    QUrl url(*escaped, QUrl::StrictMode);
+    if (!url.isValid())
+        return std::nullopt;
+    return url;
+}
+
+} // namespace
+
+SynchronizedWebCall::SynchronizedWebCall() = default;
+
+double SynchronizedWebCall::timeoutInterval()
+{
+    const double injected = testTimeoutInterval.load();
+    return injected > 0 ? injected : kTimeoutInterval;
+}
+
+void SynchronizedWebCall::setTimeoutIntervalForTesting(double seconds)
+{
+    testTimeoutInterval.store(seconds);
+}
+
+std::optional<QUrl> SynchronizedWebCall::URLFromString(const QString& string)
+{
+    if (auto url = parseEscaped(string, PercentEscapes::UTF8))
+        return url;
+    return parseEscaped(string, PercentEscapes::MacOSRoman);
+}
+
+URLRequest SynchronizedWebCall::requestWithURL(const QUrl& url, const QString& method) const
+{
+    URLRequest request(url, URLRequest::ReloadIgnoringLocalCacheData, timeoutInterval());
+    request.setHTTPMethod(method);
+    return request;
+}
+
+QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::optional<QStringList>& filteredMimeType)
+{
+    QVariantMap headers;
+    downloadedSize_ = 0;
+    isRedirect_ = false;
+    redirectURL_ = QString();
+
+    const auto url = URLFromString(urlString);
+    if (!url)
+        return QByteArray();
+
+    const URLRequest request = requestWithURL(*url, QStringLiteral("GET"));
+    HTTPURLResponsePtr response;
+    FetchErrorPtr error;
+    QByteArray data = NSURLConnectionLimitSize::sendSynchronousRequest(request, &response, kDownloadLimit,
+                                                                      filteredMimeType, &headers, &error);
+
+    const bool invalid = isInValidResponse(response, data, error);
+
+    if (headers.value(QStringLiteral("isRedirect")).toBool()) {
+        isRedirect_ = true;
+        redirectURL_ = headers.value(QStringLiteral("redirectURL")).toString();
+    } else {
+        isRedirect_ = false;
+        redirectURL_ = QString();
+    }
+    contentType_ = headers.value(QStringLiteral("contentType")).toString();
+    isContentTypeError_ = headers.value(QStringLiteral("contentTypeError")).toBool();
+    contentLength_ = headers.value(QStringLiteral("contentLength")).toLongLong();
+    isContentLengthError_ = headers.value(QStringLiteral("contentLengthError")).toBool();
+
+    downloadedLength_ = data.isNull() ? -1 : data.size();
+    is404_ = (response ? response->statusCode() : 0) == 404;
+
+    if (invalid)
+        return QByteArray();
+    return data;
+}
+
+bool SynchronizedWebCall::isInValidResponse(const HTTPURLResponsePtr& response, const QByteArray& result,
+                                            const FetchErrorPtr& error) const
+{
+    if (!response || result.isNull() || error)
+        return true;
+    return !isSuccessStatus(response->statusCode());
+}
+
+std::optional<HTTPHeaderFields> SynchronizedWebCall::headURL(const QString& urlString)
+{
+    const URLRequest request = requestWithURL(QUrl(urlString, QUrl::StrictMode), QStringLiteral("HEAD"));
+    HTTPURLResponsePtr response;
+    FetchErrorPtr error;
+    performURLConnectionWithRequest(request, &response, &error);
+    if (isInValidHeadResponse(response, error))
+        return std::nullopt;
+    return response->allHeaderFields();
+}
+
+bool SynchronizedWebCall::isInValidHeadResponse(const HTTPURLResponsePtr& response, const FetchErrorPtr& error) const
+{
+    if (!response || !response->allHeaderFields() || error)
+        return true;
+    return !isSuccessStatus(response->statusCode());
+}
+
+QByteArray SynchronizedWebCall::performURLConnectionWithRequest(const URLRequest& request,
+                                                                HTTPURLResponsePtr* response, FetchErrorPtr* error)
+{
+    return URLConnection::sendSynchronousRequest(request, response, error);
+}
