@@ -16,7 +16,7 @@ packages=(
 for arg in "$@"; do
   case "$arg" in
     --gui) packages+=(qt6-tools-dev qt6-webengine-dev libgl-dev) ;;
-    --bench) packages+=(nginx wget linkchecker valgrind) ;;
+    --bench) packages+=(nginx wget linkchecker valgrind time python3 curl) ;;
     *) echo "install-deps.sh: unknown option $arg" >&2; exit 2 ;;
   esac
 done
