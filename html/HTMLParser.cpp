@@ -49,6 +49,7 @@ bool readURL(const QUrl& url, QByteArray& bytes, AppError& error)
     curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 1L);
     curl_easy_setopt(curl, CURLOPT_FAILONERROR, 1L);
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT, 1000L); // the crawler's own request time-out
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, appendToByteArray);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &bytes);
     const CURLcode code = curl_easy_perform(curl);
