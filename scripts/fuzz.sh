@@ -29,7 +29,7 @@ else
   CC=clang CXX=clang++ cmake -S "$root" -B "$build" "${generator[@]}" \
     -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQUILLMERE_BUILD_TESTS=ON -DQUILLMERE_BUILD_FUZZERS=ON >/dev/null
 fi
-cmake --build "$build" --target fuzz_html --parallel "$jobs"
+cmake --build "$build" --target fuzz_html --parallel "$jobs" >/dev/null
 
 fuzzer="$build/tests/fuzz/fuzz_html"
 # The fuzzer writes new inputs into its corpus directory: work on a copy of the seeds.
@@ -38,6 +38,12 @@ trap 'rm -rf "$corpus"' EXIT
 cp "$root"/tests/fuzz/corpus/* "$corpus"/
 
 echo "fuzz_html: $runs runs, max_len $max_len, seed $seed"
-"$fuzzer" -runs="$runs" -max_len="$max_len" -seed="$seed" -print_final_stats=1 \
-  -artifact_prefix="$build/" "$corpus"
+log="$build/fuzz_html.log"
+if ! "$fuzzer" -runs="$runs" -max_len="$max_len" -seed="$seed" -print_final_stats=1 \
+  -artifact_prefix="$build/" "$corpus" >"$log" 2>&1; then
+  tail -n 60 "$log" >&2
+  echo "fuzz_html: FAILED (whole log in $log)" >&2
+  exit 1
+fi
+grep -E '^stat::number_of_executed_units|^stat::peak_rss_mb' "$log" || true
 echo "fuzz_html: no crash"

@@ -38,6 +38,14 @@ QString appendComponent(const QString& directory, const QString& component)
     return directory + QLatin1Char('/') + component;
 }
 
+// Another quillmere reading or crawling the same project holds the file's lock for the
+// length of one commit: wait for it rather than fail (a failed step in a list query would
+// otherwise be read as a row).
+void waitWhileBusy(sqlite3* db)
+{
+    sqlite3_busy_timeout(db, 10000);
+}
+
 bool removePath(const QString& path)
 {
     QFileInfo info(path);
@@ -177,6 +185,7 @@ sqlite3* DataModelManager::openOrCreateSQLite3DatabaseWithName(const QString& pa
             sqlite3_close(db);
             return nullptr;
         }
+        waitWhileBusy(db);
         return db;
     }
     DebugTrace("CREATE %s", file.constData());
@@ -184,6 +193,7 @@ sqlite3* DataModelManager::openOrCreateSQLite3DatabaseWithName(const QString& pa
         sqlite3_close(db);
         return nullptr;
     }
+    waitWhileBusy(db);
     for (const char* statement : kSchema) {
         sqlite3_stmt* stmt = nullptr;
         if (sqlite3_prepare_v2(db, statement, -1, &stmt, nullptr) == SQLITE_OK)
