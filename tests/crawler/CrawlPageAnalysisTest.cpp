@@ -61,13 +61,13 @@ TEST_F(CrawlPageAnalysisTest, SeparateNoIndexAndNoFollowTagsAddUp)
 
     EXPECT_EQ(pageCalls("/two-tags.html", 2),
               lines("downloadPageDidStart(~/two-tags.html, 2)", "updatePage(~/two-tags.html, Two tags)"));
-    EXPECT_EQ(db->page("~/two-tags.html")->noIndex, 1);
-    EXPECT_EQ(db->page("~/two-tags.html")->noFollow, 1);
+    EXPECT_EQ(db->at("~/two-tags.html").noIndex, 1);
+    EXPECT_EQ(db->at("~/two-tags.html").noFollow, 1);
     EXPECT_FALSE(db->page("~/c1.html"));
 
-    EXPECT_EQ(db->page("~/described.html")->noIndex, 0);
-    EXPECT_EQ(db->page("~/described.html")->noFollow, 0);
-    EXPECT_EQ(db->page("~/c2.html")->title, "C2");
+    EXPECT_EQ(db->at("~/described.html").noIndex, 0);
+    EXPECT_EQ(db->at("~/described.html").noFollow, 0);
+    EXPECT_EQ(db->at("~/c2.html").title, "C2");
 }
 
 TEST_F(CrawlPageAnalysisTest, NoFollowAloneLeavesThePageUnflaggedAndItsLinksFollowed)
@@ -88,7 +88,7 @@ TEST_F(CrawlPageAnalysisTest, NoFollowAloneLeavesThePageUnflaggedAndItsLinksFoll
     EXPECT_EQ(nf->noIndex, 0);
     EXPECT_EQ(nf->noFollow, 0);
     EXPECT_EQ(nf->out, 1);
-    EXPECT_EQ(db->page("~/c2.html")->title, "C2");
+    EXPECT_EQ(db->at("~/c2.html").title, "C2");
     EXPECT_EQ(site.hits("/c2.html"), 1);
 }
 
@@ -114,8 +114,8 @@ TEST_F(CrawlPageAnalysisTest, NoIndexAloneFlagsThePageAndStillFollowsItsLinks)
     // The flag update leaves the record's in-memory out-link count one ahead, and the link's
     // increment writes that: one link, a count of 2.
     EXPECT_EQ(ni->out, 2);
-    EXPECT_EQ(db->links().back(), (LinkRow{"~/ni.html", "~/c3.html", "C3", 1}));
-    EXPECT_EQ(db->page("~/c3.html")->title, "C3");
+    EXPECT_EQ(lastOf(db->links()), (LinkRow{"~/ni.html", "~/c3.html", "C3", 1}));
+    EXPECT_EQ(db->at("~/c3.html").title, "C3");
 }
 
 TEST_F(CrawlPageAnalysisTest, StartPageWithNoIndexNoFollowLeavesNoPageRecord)
@@ -205,7 +205,7 @@ TEST_F(CrawlPageAnalysisTest, CanonicalNamingAnotherURLMarksThePageAndStopsItsAn
         EXPECT_EQ(page->noIndex, 0) << url;
         EXPECT_EQ(page->out, 0) << url;
     }
-    EXPECT_EQ(db->page("~/can.html")->title, "Can");
+    EXPECT_EQ(db->at("~/can.html").title, "Can");
     // The canonical address is not a link: nothing is recorded or queued for it.
     EXPECT_FALSE(db->page("~/other.html"));
     EXPECT_FALSE(db->page("~/x.html"));
@@ -231,9 +231,9 @@ TEST_F(CrawlPageAnalysisTest, TheLastCanonicalLinkDecides)
 
     crawl();
 
-    EXPECT_EQ(db->page("~/self-last.html")->canonical, 0);
-    EXPECT_EQ(db->page("~/k1.html")->title, "K1");
-    EXPECT_EQ(db->page("~/other-last.html")->canonical, 1);
+    EXPECT_EQ(db->at("~/self-last.html").canonical, 0);
+    EXPECT_EQ(db->at("~/k1.html").title, "K1");
+    EXPECT_EQ(db->at("~/other-last.html").canonical, 1);
     EXPECT_FALSE(db->page("~/k2.html"));
 }
 
@@ -258,7 +258,7 @@ TEST_F(CrawlPageAnalysisTest, OnlyARelOfExactlyNofollowSkipsTheAnchor)
     EXPECT_EQ(db->links(), rowsOf(LinkRow{"~/", "~/n2.html", "N2", 0}, LinkRow{"~/", "~/n3.html", "N3", 0}));
     EXPECT_EQ(db->pageUrls(), lines("~/", "~/n2.html", "~/n3.html"));
     EXPECT_EQ(site.hits("/n1.html"), 0);
-    EXPECT_EQ(db->page("~/")->out, 2);
+    EXPECT_EQ(db->at("~/").out, 2);
 }
 
 TEST_F(CrawlPageAnalysisTest, ExploringNofollowLinksFollowsEveryAnchor)
@@ -277,8 +277,8 @@ TEST_F(CrawlPageAnalysisTest, ExploringNofollowLinksFollowsEveryAnchor)
     EXPECT_EQ(db->links(), rowsOf(LinkRow{"~/", "~/n1.html", "N1", 0}, LinkRow{"~/", "~/n2.html", "N2", 0},
                                   LinkRow{"~/", "~/n3.html", "N3", 0}));
     EXPECT_EQ(site.hits("/n1.html"), 1);
-    EXPECT_EQ(db->page("~/n1.html")->title, "N1");
-    EXPECT_EQ(db->page("~/")->out, 3);
+    EXPECT_EQ(db->at("~/n1.html").title, "N1");
+    EXPECT_EQ(db->at("~/").out, 3);
 }
 
 TEST_F(CrawlPageAnalysisTest, MailtoAndJavascriptHrefsAreSkippedButMailtoWithoutColonIsNot)
@@ -300,7 +300,7 @@ TEST_F(CrawlPageAnalysisTest, MailtoAndJavascriptHrefsAreSkippedButMailtoWithout
     EXPECT_EQ(db->links(), rowsOf(LinkRow{"~/", "~/mailto", "Bare", 0}));
     EXPECT_EQ(db->queue(),
               rowsOf(QueueRow{"~/", "/", "index.html", 1, 1}, QueueRow{"~/mailto", "/", "mailto", 2, 1}));
-    EXPECT_EQ(db->page("~/mailto")->title, "Bare mailto");
+    EXPECT_EQ(db->at("~/mailto").title, "Bare mailto");
     EXPECT_EQ(site.requestedPaths(), lines("/", "/mailto"));
 }
 
@@ -322,10 +322,10 @@ TEST_F(CrawlPageAnalysisTest, TwoAnchorsToOneNewPageGiveTwoLinksAndOneQueueEntry
     // Both links carry the source's incoming count (1) as counter.
     EXPECT_EQ(db->links(), rowsOf(LinkRow{"~/", "~/a.html", "A", 0}, LinkRow{"~/a.html", "~/b.html", "B one", 1},
                                   LinkRow{"~/a.html", "~/b.html", "B two", 1}));
-    EXPECT_EQ(db->page("~/a.html")->out, 2);
-    EXPECT_EQ(db->page("~/b.html")->in, 2);
-    EXPECT_EQ(db->page("~/b.html")->depth, 3);
-    EXPECT_DOUBLE_EQ(db->page("~/b.html")->weight, 0.0);  // 2 / 3
+    EXPECT_EQ(db->at("~/a.html").out, 2);
+    EXPECT_EQ(db->at("~/b.html").in, 2);
+    EXPECT_EQ(db->at("~/b.html").depth, 3);
+    EXPECT_DOUBLE_EQ(db->at("~/b.html").weight, 0.0);  // 2 / 3
     EXPECT_EQ(db->queue(), rowsOf(QueueRow{"~/", "/", "index.html", 1, 1}, QueueRow{"~/a.html", "/", "a.html", 2, 1},
                                   QueueRow{"~/b.html", "/", "b.html", 3, 1}));
     EXPECT_EQ(site.hits("/b.html"), 1);
@@ -355,7 +355,7 @@ TEST_F(CrawlPageAnalysisTest, ImageTargetIsLinkedUntilItsHeadersAreKnownAndSkipp
     ASSERT_TRUE(img);
     EXPECT_EQ(img->title, s(errorTitle()));
     EXPECT_EQ(img->in, 1);
-    EXPECT_EQ(db->page("~/page2.html")->out, 0);
+    EXPECT_EQ(db->at("~/page2.html").out, 0);
     const auto header = db->header("~/img.png");
     ASSERT_TRUE(header);
     EXPECT_EQ(header->contentType, "image/png");
@@ -375,12 +375,12 @@ TEST_F(CrawlPageAnalysisTest, PagesWithoutDataAreRecordedWithTheErrorTitleAndNoL
               lines("downloadPageDidStart(~/missing.html, 2)", "updatePage(~/missing.html, " + s(errorTitle()) + ")"));
     EXPECT_EQ(pageCalls("/doc.pdf", 2),
               lines("downloadPageDidStart(~/doc.pdf, 2)", "updatePage(~/doc.pdf, " + s(errorTitle()) + ")"));
-    EXPECT_EQ(db->page("~/missing.html")->title, s(errorTitle()));
-    EXPECT_EQ(db->page("~/doc.pdf")->title, s(errorTitle()));
+    EXPECT_EQ(db->at("~/missing.html").title, s(errorTitle()));
+    EXPECT_EQ(db->at("~/doc.pdf").title, s(errorTitle()));
     ASSERT_TRUE(db->header("~/missing.html"));
-    EXPECT_NE(db->header("~/missing.html")->contentType.find("text/html"), std::string::npos);
+    EXPECT_NE(db->headerAt("~/missing.html").contentType.find("text/html"), std::string::npos);
     ASSERT_TRUE(db->header("~/doc.pdf"));
-    EXPECT_EQ(db->header("~/doc.pdf")->contentType, "application/pdf");
+    EXPECT_EQ(db->headerAt("~/doc.pdf").contentType, "application/pdf");
     EXPECT_EQ(only(delegate->calls(), {"downloadPageDidEnd"}), lines("downloadPageDidEnd(~/, 1)"));
 }
 
@@ -413,10 +413,10 @@ TEST_F(CrawlPageAnalysisTest, MissingOrBlankTitleIsRecordedAsNoTitle)
 
     crawl();
 
-    EXPECT_EQ(db->page("~/untitled.html")->title, "No Title");
-    EXPECT_EQ(db->page("~/blank.html")->title, "No Title");
-    EXPECT_EQ(db->page("~/spaced.html")->title, "Spaced out");
-    EXPECT_EQ(pageCalls("/blank.html", 2)[1], "updatePage(~/blank.html, No Title)");
+    EXPECT_EQ(db->at("~/untitled.html").title, "No Title");
+    EXPECT_EQ(db->at("~/blank.html").title, "No Title");
+    EXPECT_EQ(db->at("~/spaced.html").title, "Spaced out");
+    EXPECT_EQ(lineAt(pageCalls("/blank.html", 2), 1), "updatePage(~/blank.html, No Title)");
 }
 
 TEST_F(CrawlPageAnalysisTest, PageWithoutAnchorsOrBodyIsRecordedAndQueuesNothing)
@@ -434,8 +434,8 @@ TEST_F(CrawlPageAnalysisTest, PageWithoutAnchorsOrBodyIsRecordedAndQueuesNothing
     EXPECT_EQ(pageCalls("/plain.html", 2),
               lines("downloadPageDidStart(~/plain.html, 2)", "updatePage(~/plain.html, Plain)", "initLinkProgress(0)",
                     "downloadPageDidEnd(~/plain.html, 2)"));
-    EXPECT_EQ(db->page("~/bare.html")->title, "Bare");
-    EXPECT_EQ(db->page("~/plain.html")->title, "Plain");
+    EXPECT_EQ(db->at("~/bare.html").title, "Bare");
+    EXPECT_EQ(db->at("~/plain.html").title, "Plain");
     EXPECT_EQ(db->count("DownloaderQueue"), 3);
     EXPECT_EQ(db->count("Links"), 2);
 }

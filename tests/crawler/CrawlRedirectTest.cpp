@@ -54,8 +54,8 @@ TEST_F(CrawlRedirectTest, TargetIsQueuedOneLevelDeeperWithPathAndNameFromItsURL)
     EXPECT_EQ(y->page, "index.html");
 
     // The redirecting URLs keep the empty title their links gave them, and get no header.
-    EXPECT_EQ(db->page("~/old.html")->title, "");
-    EXPECT_EQ(db->page("~/dir/")->title, "");
+    EXPECT_EQ(db->at("~/old.html").title, "");
+    EXPECT_EQ(db->at("~/dir/").title, "");
     EXPECT_FALSE(db->header("~/old.html"));
     EXPECT_FALSE(db->header("~/dir/"));
     EXPECT_TRUE(db->header("~/a/b.html"));
@@ -121,10 +121,10 @@ TEST_F(CrawlRedirectTest, WaitingTargetIsQueuedAgainAndAnAnalysedTargetIsNot)
 
     // t.html's link back to old1 is recorded, but old1, already in the queue, is not queued
     // again and keeps its empty title.
-    EXPECT_EQ(db->links().back(), (LinkRow{"~/t.html", "~/old1.html", "Back", 1}));
-    EXPECT_EQ(db->page("~/old1.html")->title, "");
-    EXPECT_EQ(db->page("~/old1.html")->in, 2);
-    EXPECT_EQ(db->page("~/t.html")->title, "T");
+    EXPECT_EQ(lastOf(db->links()), (LinkRow{"~/t.html", "~/old1.html", "Back", 1}));
+    EXPECT_EQ(db->at("~/old1.html").title, "");
+    EXPECT_EQ(db->at("~/old1.html").in, 2);
+    EXPECT_EQ(db->at("~/t.html").title, "T");
     EXPECT_EQ(site.hits("/old1.html"), 1);
     EXPECT_EQ(site.hits("/t.html"), 3);
 }

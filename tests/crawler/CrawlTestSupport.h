@@ -208,6 +208,26 @@ private:
     std::vector<std::string> calls_;
 };
 
+// The line at `index`, counted from the end when negative; "(no such line)" when out of
+// range.
+inline std::string lineAt(const Lines& all, long index)
+{
+    const long size = long(all.size());
+    const long i = index < 0 ? size + index : index;
+    return (i >= 0 && i < size) ? all[size_t(i)] : std::string("(no such line)");
+}
+
+// The last element; a failure and an empty value when there is none.
+template <typename T>
+T lastOf(const std::vector<T>& all)
+{
+    if (all.empty()) {
+        ADD_FAILURE() << "empty list";
+        return T{};
+    }
+    return all.back();
+}
+
 // The name of a logged call: the text before "(".
 inline std::string callName(const std::string& line)
 {
@@ -500,6 +520,17 @@ public:
         return std::nullopt;
     }
 
+    // The same, or a failure and an empty row ("(missing)" title) when there is none.
+    PageRow at(const std::string& url) const
+    {
+        if (auto row = page(url))
+            return *row;
+        ADD_FAILURE() << "no page record for " << url;
+        PageRow missing;
+        missing.title = "(missing)";
+        return missing;
+    }
+
     std::vector<std::string> pageUrls() const
     {
         std::vector<std::string> out;
@@ -556,6 +587,14 @@ public:
             if (h.url == url)
                 return h;
         return std::nullopt;
+    }
+
+    HeaderRow headerAt(const std::string& url) const
+    {
+        if (auto row = header(url))
+            return *row;
+        ADD_FAILURE() << "no header record for " << url;
+        return HeaderRow{url, "(missing)", std::nullopt, std::nullopt};
     }
 
     // The whole database as text, to show that something changed nothing.

@@ -111,17 +111,17 @@ TEST_F(DownloaderCmdLineTestControllerTest, LinkToAnUnseenURLCreatesTheTargetAnd
     EXPECT_EQ(target->depth, 4);
     EXPECT_EQ(target->in, 1);
     EXPECT_EQ(target->out, 0);
-    EXPECT_EQ(db->page("~/a.html")->out, 4);
-    EXPECT_EQ(db->page("~/a.html")->in, 2);
+    EXPECT_EQ(db->at("~/a.html").out, 4);
+    EXPECT_EQ(db->at("~/a.html").in, 2);
     // The counter is the source's incoming count, not its outgoing one.
-    EXPECT_EQ(db->links().back(), (LinkRow{"~/a.html", "~/n/new.html", "New", 2}));
+    EXPECT_EQ(lastOf(db->links()), (LinkRow{"~/a.html", "~/n/new.html", "New", 2}));
 
     // The same link again: a second record, both counts up once more.
     EXPECT_TRUE(controller->foundLinkWithPath(QStringLiteral("/n"), QStringLiteral("new.html"), QStringLiteral("New"),
                                               site.U("/n/new.html"), 4, source));
 
-    EXPECT_EQ(db->page("~/n/new.html")->in, 2);
-    EXPECT_EQ(db->page("~/a.html")->out, 5);
+    EXPECT_EQ(db->at("~/n/new.html").in, 2);
+    EXPECT_EQ(db->at("~/a.html").out, 5);
     const auto links = db->links();
     ASSERT_EQ(links.size(), 8u);
     EXPECT_EQ(links[6], (LinkRow{"~/a.html", "~/n/new.html", "New", 2}));

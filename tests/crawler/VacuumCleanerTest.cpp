@@ -31,10 +31,10 @@ TEST_F(VacuumCleanerTest, EachRunTakesLinksToNonHtmlPagesOffTheirSourcesAgain)
     makeProject("/");
     crawl();
     ASSERT_EQ(db->pageUrls(), lines("~/", "~/img.png", "~/page.html", "~/doc.pdf"));
-    ASSERT_EQ(db->page("~/")->out, 4);
-    ASSERT_EQ(db->page("~/page.html")->out, 1);
-    ASSERT_EQ(db->page("~/img.png")->in, 2);
-    ASSERT_EQ(db->page("~/doc.pdf")->in, 2);
+    ASSERT_EQ(db->at("~/").out, 4);
+    ASSERT_EQ(db->at("~/page.html").out, 1);
+    ASSERT_EQ(db->at("~/img.png").in, 2);
+    ASSERT_EQ(db->at("~/doc.pdf").in, 2);
     const auto before = snapshotWithoutOutCounts();
 
     newDelegate();
@@ -43,10 +43,10 @@ TEST_F(VacuumCleanerTest, EachRunTakesLinksToNonHtmlPagesOffTheirSourcesAgain)
     EXPECT_EQ(delegate->calls(),
               lines("vacuumCleanerDidStart", "vacuumProgressIndex(0, 2)", "vacuumingPage(~/img.png)",
                     "vacuumProgressIndex(1, 2)", "vacuumingPage(~/doc.pdf)", "vacuumCleanerDidEnd"));
-    EXPECT_EQ(db->page("~/")->out, 1);
-    EXPECT_EQ(db->page("~/page.html")->out, 0);
-    EXPECT_EQ(db->page("~/img.png")->out, 0);
-    EXPECT_EQ(db->page("~/doc.pdf")->out, 0);
+    EXPECT_EQ(db->at("~/").out, 1);
+    EXPECT_EQ(db->at("~/page.html").out, 0);
+    EXPECT_EQ(db->at("~/img.png").out, 0);
+    EXPECT_EQ(db->at("~/doc.pdf").out, 0);
     EXPECT_EQ(snapshotWithoutOutCounts(), before);
 
     // No memory of the first run: the same counts go down again, below zero.
@@ -56,10 +56,10 @@ TEST_F(VacuumCleanerTest, EachRunTakesLinksToNonHtmlPagesOffTheirSourcesAgain)
     EXPECT_EQ(delegate->calls(),
               lines("vacuumCleanerDidStart", "vacuumProgressIndex(0, 2)", "vacuumingPage(~/img.png)",
                     "vacuumProgressIndex(1, 2)", "vacuumingPage(~/doc.pdf)", "vacuumCleanerDidEnd"));
-    EXPECT_EQ(db->page("~/")->out, -2);
-    EXPECT_EQ(db->page("~/page.html")->out, -1);
-    EXPECT_EQ(db->page("~/img.png")->in, 2);
-    EXPECT_EQ(db->page("~/doc.pdf")->in, 2);
+    EXPECT_EQ(db->at("~/").out, -2);
+    EXPECT_EQ(db->at("~/page.html").out, -1);
+    EXPECT_EQ(db->at("~/img.png").in, 2);
+    EXPECT_EQ(db->at("~/doc.pdf").in, 2);
     EXPECT_EQ(db->count("Links"), 5);
     EXPECT_EQ(snapshotWithoutOutCounts(), before);
 }
@@ -77,7 +77,7 @@ TEST_F(VacuumCleanerTest, SiteOfHtmlPagesOnlyGivesJustStartAndEnd)
 
     EXPECT_EQ(delegate->calls(), lines("vacuumCleanerDidStart", "vacuumCleanerDidEnd"));
     EXPECT_EQ(db->snapshot(), before);
-    EXPECT_EQ(db->page("~/")->out, 1);
+    EXPECT_EQ(db->at("~/").out, 1);
 }
 
 TEST_F(VacuumCleanerTest, HtmlWithCharsetAndXhtmlAreNotCleanedWhateverTheirCase)
@@ -87,11 +87,11 @@ TEST_F(VacuumCleanerTest, HtmlWithCharsetAndXhtmlAreNotCleanedWhateverTheirCase)
     site.page("/p.html", "P", "", "", "text/html; charset=utf-8");
     makeProject("/");
     crawl();
-    ASSERT_EQ(db->header("~/")->contentType, "text/html;charset=ISO-8859-1");
-    ASSERT_EQ(db->header("~/x.xhtml")->contentType, "Application/XHTML+xml");
+    ASSERT_EQ(db->headerAt("~/").contentType, "text/html;charset=ISO-8859-1");
+    ASSERT_EQ(db->headerAt("~/x.xhtml").contentType, "Application/XHTML+xml");
     // Not taken as a page by the crawler, but its type names html.
-    ASSERT_EQ(db->page("~/x.xhtml")->title, s(errorTitle()));
-    ASSERT_EQ(db->page("~/")->out, 2);
+    ASSERT_EQ(db->at("~/x.xhtml").title, s(errorTitle()));
+    ASSERT_EQ(db->at("~/").out, 2);
     const auto before = db->snapshot();
 
     newDelegate();
