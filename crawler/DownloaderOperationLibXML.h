@@ -88,7 +88,8 @@ public:
 
 private:
     void loadRobotsTxt();
-    void reportQueueCounts();
+    void reportQueueCounts(bool recount);
+    void enqueue(const QString& url, const QString& path, const QString& documentName, qint32 depth);
     void analysePage(const QString& url, const QString& path, const QString& documentName, qint32 depth,
                      QuillmerePagePtr currentPage);
     void performRedirect(const QString& url, qint32 depth);
@@ -104,4 +105,7 @@ private:
     QList<std::shared_ptr<RobotEntry>> arrayOfDisallowedURLs_;
     bool hasDisallowedURLs_ = false;
     QString databaseError_;
+    bool queueCountsKnown_ = false;
+    qint64 waitingCount_ = 0;
+    qint64 doneCount_ = 0;
 };
