@@ -18,6 +18,8 @@
 
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QFileInfo>
+#include <QStorageInfo>
 #include <QTextStream>
 #include <QUrl>
 
@@ -98,11 +100,18 @@ Start decide(CliContext& context, const ProjectPtr& project, int* status)
     return Start::Decline;
 }
 
-int finalStatus(const ReportCommands::CrawlRunFigures& figures, const QString& databaseError)
+int finalStatus(const ProjectPtr& project, const ReportCommands::CrawlRunFigures& figures,
+                const QString& databaseError)
 {
-    if (!databaseError.isEmpty())
-        return failWith(ExitFailure, QStringLiteral("the crawl database could not be written (%1); the crawl stopped")
-                                         .arg(databaseError));
+    if (!databaseError.isEmpty()) {
+        const QString file = project->full_sqlite_name();
+        QStorageInfo disk(QFileInfo(file).absolutePath());
+        const bool full = disk.isValid() && disk.bytesAvailable() < 1024 * 1024;
+        return failWith(ExitFailure,
+                        QStringLiteral("the crawl database %1 could not be written (%2)%3; the crawl stopped, "
+                                       "'crawl %4 --continue' goes on from the last page saved")
+                            .arg(file, databaseError, full ? QStringLiteral(": the disk is full") : QString(), project->name()));
+    }
     if (figures.stopped)
         return ExitInterrupted;
     if (!figures.endError.isEmpty()) {
@@ -160,7 +169,7 @@ int crawlAndReport(const ProjectPtr& project)
         databaseError = operation->databaseError();
     }
     ReportCommands::printCrawlReport(project, figures);
-    return finalStatus(figures, databaseError);
+    return finalStatus(project, figures, databaseError);
 }
 
 int runCrawl(CliContext& context)

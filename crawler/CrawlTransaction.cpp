@@ -24,6 +24,14 @@ bool CrawlTransaction::commit()
 {
     if (!open_)
         return true;
+    if (sqlite3_get_autocommit(database_)) {
+        // The library gave the transaction up itself after a failed write (a full disk, an
+        // I/O error): the page's writes and its done mark were undone together.
+        errorMessage_ = QStringLiteral("a write failed and the last page's changes were undone");
+        DebugTrace("commit Error::%s", qPrintable(errorMessage_));
+        open_ = false;
+        return false;
+    }
     for (int attempt = 0; attempt < 250; ++attempt) {
         const int rc = sqlite3_exec(database_, "commit", nullptr, nullptr, nullptr);
         if (rc == SQLITE_OK) {

@@ -318,3 +318,60 @@ TEST(CrawlCommandHelp, EveryCommandHasHelp)
 }
 
 } // namespace
+
+namespace {
+
+// A small tmpfs stands for a full disk; skipped where mounting is not allowed.
+class SmallDisk {
+public:
+    explicit SmallDisk(const QString& size)
+    {
+        path = dir.path() + "/disk";
+        QDir().mkpath(path);
+        mounted = QProcess::execute("mount", {"-t", "tmpfs", "-o", "size=" + size, "tmpfs", path}) == 0;
+    }
+    ~SmallDisk()
+    {
+        if (mounted)
+            QProcess::execute("umount", {path});
+    }
+    bool grow(const QString& size) { return QProcess::execute("mount", {"-o", "remount,size=" + size, path}) == 0; }
+
+    QTemporaryDir dir;
+    QString path;
+    bool mounted = false;
+};
+
+TEST(CrawlOnAFullDisk, StopsWithAClearMessageAndContinueFinishes)
+{
+    SmallDisk disk("256k");
+    if (!disk.mounted)
+        GTEST_SKIP() << "cannot mount a small tmpfs here";
+    LocalHttpServer server;
+    ASSERT_TRUE(server.start());
+    const std::string filler(1500, 'x');
+    std::string links;
+    for (int i = 1; i <= 120; ++i)
+        links += "<a href=\"/p" + std::to_string(i) + ".html\">" + filler + std::to_string(i) + "</a>";
+    server.setPage("/", page("Home", links));
+    for (int i = 1; i <= 120; ++i)
+        server.setPage("/p" + std::to_string(i) + ".html", page("P" + std::to_string(i), links));
+    const QString data = disk.path + "/data";
+    ASSERT_EQ(runCli({"new", "big", QString::fromStdString(server.baseUrl())}, data).exitCode, 0);
+
+    CliResult r = runCli({"crawl", "big"}, data);
+    EXPECT_EQ(r.exitCode, 1) << r.out.toStdString() << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains("the disk is full")) << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains("--continue"));
+
+    ASSERT_TRUE(disk.grow("64m"));
+    r = runCli({"crawl", "big", "--continue"}, data);
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_TRUE(r.out.contains("Queue:          122 done, 0 waiting")) << r.out.toStdString();
+    const QJsonArray pages = QJsonDocument::fromJson(runCli({"pages", "big", "--format", "json"}, data).out.toUtf8()).array();
+    EXPECT_EQ(pages.size(), 121);
+    for (const auto& p : pages)
+        EXPECT_NE(p.toObject().value("title").toString(), "") << p.toObject().value("url").toString().toStdString();
+}
+
+} // namespace
