@@ -57,6 +57,14 @@ bool removePath(const QString& path)
 
 DataModelManager::DataModelManager(ApplicationDelegate* appDelegate) : appDelegate_(appDelegate)
 {
+    // Before the library's first use: every connection is serialized anyway, and memory
+    // statistics would add a global lock to each of its allocations.
+    static const bool configured = [] {
+        sqlite3_config(SQLITE_CONFIG_SERIALIZED);
+        sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+        return true;
+    }();
+    (void)configured;
     // The log folder: "Logs" in the application files directory, created on the spot.
     defaultLogFolder_ = appendComponent(applicationFilesDirectory(), QStringLiteral("Logs"));
     QDir().mkpath(defaultLogFolder_);
