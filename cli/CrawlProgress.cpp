@@ -74,19 +74,16 @@ void CrawlProgress::draw(bool force)
         drawn_ = true;
         return;
     }
-    const int barWidth = 20;
+    // One line: the bar, the counts, then the URL (or the vacuum's progress) in what is left.
+    const int barWidth = 16;
     const int filled = total > 0 ? int(barWidth * done_ / total) : 0;
     QString line = QStringLiteral("[") + QString(filled, QLatin1Char('#')) + QString(barWidth - filled, QLatin1Char('.'))
-                   + QStringLiteral("] ") + text;
+                   + QStringLiteral("] %1 pages  depth %2  %3 waiting/%4").arg(pages_).arg(depth_).arg(waiting_).arg(total);
+    const QString tail = phase_.isEmpty() ? url_ : phase_;
     const int room = width_ - 1 - int(line.size()) - 2;
-    if (room > 10) {
-        QString url = url_;
-        if (url.size() > room)
-            url = QStringLiteral("...") + url.right(room - 3);
-        line += QStringLiteral("  ") + url;
-    } else {
-        line = line.left(width_ - 1);
-    }
+    if (room > 8 && !tail.isEmpty())
+        line += QStringLiteral("  ") + (tail.size() > room ? QStringLiteral("...") + tail.right(room - 3) : tail);
+    line = line.left(width_ - 1);
     std::fprintf(stderr, "\r\033[K%s", qPrintable(line));
     std::fflush(stderr);
     drawn_ = true;
