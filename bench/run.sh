@@ -17,7 +17,7 @@ done
 [ ${#sizes[@]} -eq 0 ] && sizes=(2000 20000)
 
 "$root/scripts/install-deps.sh" --bench
-"$root/scripts/build.sh" release >/dev/null
+"$root/scripts/build.sh" release -DQUILLMERE_BUILD_TESTS=OFF >/dev/null
 quillmere="$root/build/release/cli/quillmere"
 work="$(mktemp -d /tmp/quillmere-bench.XXXXXX)"
 nginx_pid=""
