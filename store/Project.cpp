@@ -8,6 +8,8 @@
 #include "store/ManagedObjectContext.h"
 #include "store/SQLite3Wrapper.h"
 
+#include <sqlite3.h>
+
 namespace {
 ApplicationDelegate* appDelegate()
 {
@@ -62,7 +64,15 @@ const QString kName = QStringLiteral("name");
 const QString kUrl = QStringLiteral("url");
 } // namespace
 
-Project::~Project() = default;
+Project::~Project()
+{
+    // Nobody can reach this project's database any more: give its connection back. The
+    // manager may be going away too, so the handle is closed here directly.
+    if (database_ && database_->database()) {
+        sqlite3_close(database_->database());
+        database_->setDatabase(nullptr);
+    }
+}
 
 ProjectPtr Project::createProjectWithName(const QString& name, const QString& url, qint32 limitDepth,
                                           qint32 limitPageCount)
