@@ -2,7 +2,6 @@
 
 #include "cli/CrawlCommands.h"
 #include "cli/DemoServer.h"
-#include "crawler/CrawlRecordKeeper.h"
 #include "store/DataModelManager.h"
 #include "store/Project.h"
 
@@ -28,15 +27,13 @@ int run(CliContext& context)
     const QString url = server.baseURL();
     std::fprintf(stderr, "Demo site served at %s\n", qPrintable(url));
 
-    ProjectPtr project = Project::getProjectWithName(QStringLiteral("demo"));
-    if (project) {
-        // The port changes from one run to the next: the same project, its new address, a clean slate.
-        project->setUrl(url);
-        project->sqlite3Database();
-        CrawlRecordKeeper::restartProject(project);
-    } else {
-        project = Project::createProjectWithName(QStringLiteral("demo"), url, -1, -1);
+    // The port changes from one run to the next: the demo project starts afresh each time,
+    // whatever state an earlier run left it in.
+    if (ProjectPtr old = Project::getProjectWithName(QStringLiteral("demo"))) {
+        old->closeSQLiteDatabase();
+        Project::deleteProjectWithName(QStringLiteral("demo"));
     }
+    ProjectPtr project = Project::createProjectWithName(QStringLiteral("demo"), url, -1, -1);
     if (!project || !project->sqlite3Database() || !manager->saveContext())
         return failWith(ExitUsage, QStringLiteral("cannot create the project 'demo' in %1").arg(manager->applicationFilesDirectory()));
     const int status = CrawlCommands::crawlAndReport(project);

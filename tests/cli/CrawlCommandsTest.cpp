@@ -303,6 +303,11 @@ TEST(DemoCommand, CrawlsTheBuiltInSiteTwice)
         EXPECT_FALSE(r.out.contains("404, all types:  0"));
         EXPECT_TRUE(r.out.contains("noindex:         2")) << r.out.toStdString();
         EXPECT_TRUE(r.out.contains("canonical:       1"));
+        EXPECT_TRUE(r.out.contains("Pages analysed: 17 (this run: 17)")) << r.out.toStdString();
+        // Whatever an earlier run left behind, the next one starts afresh.
+        QFile db(dir.path() + "/demo.sqlite");
+        ASSERT_TRUE(db.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        db.write(QByteArray(4096, 'd'));
     }
     const CliResult projects = runCli({"projects"}, dir.path());
     EXPECT_EQ(projects.out.count("demo"), 1);
