@@ -6,15 +6,16 @@
 #include "store/Project.h"
 
 CliCrawlController::CliCrawlController(std::shared_ptr<Project> project, OperationQueue* queue, bool vacuumAfterCrawl)
-    : project_(project), queue_(queue), vacuumAfterCrawl_(vacuumAfterCrawl), records_(project)
+    : project_(project), queue_(queue), vacuumAfterCrawl_(vacuumAfterCrawl)
 {
+    setProject(project);
 }
 
 void CliCrawlController::downloaderDidStart()
 {
     DebugTrace("downloaderDidStart");
     timer_.start();
-    records_.crawlDidStart();
+    keeper().crawlDidStart();
     if (stopFlag_ && stopRequested_ && stopRequested_())
         stopFlag_->store(false);
 }
@@ -23,7 +24,7 @@ void CliCrawlController::downloaderDidEnd()
 {
     DebugTrace("downloaderDidEnd");
     crawlSeconds_ = timer_.isValid() ? double(timer_.nsecsElapsed()) / 1e9 : 0.0;
-    records_.crawlDidEnd(&waiting_, &done_);
+    keeper().crawlDidEnd(&waiting_, &done_);
     progress_.queue(waiting_, done_);
     if (vacuumAfterCrawl_) {
         // The same queue: the vacuum starts once this crawl's operation has returned.
@@ -42,41 +43,13 @@ void CliCrawlController::downloaderEndWithError(const QString& error)
 void CliCrawlController::downloadPageDidStartWithURL(const QString& url, qint32 depth)
 {
     DebugTrace("  downloadPageDidStartWithURL:(%s) andDepth:(%d)", qPrintable(url), depth);
-    records_.pageDidStart(url, depth);
-    progress_.page(records_.pageCount(), depth, url);
+    keeper().pageDidStart(url, depth);
+    progress_.page(keeper().pageCount(), depth, url);
 }
 
 void CliCrawlController::downloadPageDidEndWithURL(const QString& url, qint32 depth)
 {
     DebugTrace("  downloadPageDidEndWithURL:(%s) andDepth:(%d)", qPrintable(url), depth);
-}
-
-QuillmerePagePtr CliCrawlController::foundPageWithPath(const QString& path, const QString& name, const QString& title,
-                                                       const QString& url, qint32 depth)
-{
-    return records_.foundPageWithPath(path, name, title, url, depth);
-}
-
-void CliCrawlController::updatePage(const QuillmerePagePtr& page, const QString& title)
-{
-    records_.updatePage(page, title);
-}
-
-bool CliCrawlController::foundLinkWithPath(const QString& path, const QString& name, const QString& anchor,
-                                           const QString& url, qint32 depth, const QuillmerePagePtr& page)
-{
-    return records_.foundLinkWithPath(path, name, anchor, url, depth, page);
-}
-
-bool CliCrawlController::foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor,
-                                           const QuillmerePagePtr& page)
-{
-    return records_.foundLinkWithPage(pageTo, anchor, page);
-}
-
-QuillmerePagePtr CliCrawlController::getPageFromURL(const QString& url)
-{
-    return records_.getPageFromURL(url);
 }
 
 void CliCrawlController::initLinkProgressWithMaxValue(qint32) {}

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "cli/CrawlProgress.h"
-#include "crawler/CrawlRecordKeeper.h"
-#include "crawler/DownloaderDelegate.h"
+#include "crawler/RecordKeepingDelegate.h"
 #include "crawler/VacuumCleanerDelegate.h"
 
 #include <QElapsedTimer>
@@ -17,7 +16,7 @@ class Project;
 
 // The command line's crawl delegate: the main window's decisions without a window. It keeps
 // the records, shows progress, and runs the vacuum when a crawl ends.
-class CliCrawlController : public DownloaderDelegate, public VacuumCleanerDelegate {
+class CliCrawlController : public RecordKeepingDelegate, public VacuumCleanerDelegate {
 public:
     CliCrawlController(std::shared_ptr<Project> project, OperationQueue* queue, bool vacuumAfterCrawl);
 
@@ -31,7 +30,6 @@ public:
         stopRequested_ = std::move(stopRequested);
     }
 
-    const CrawlRecordKeeper& records() const { return records_; }
     QString endError() const { return endError_; }
     qint64 waitingCount() const { return waiting_; }
     qint64 doneCount() const { return done_; }
@@ -44,13 +42,6 @@ public:
     void downloaderEndWithError(const QString& error) override;
     void downloadPageDidStartWithURL(const QString& url, qint32 depth) override;
     void downloadPageDidEndWithURL(const QString& url, qint32 depth) override;
-    QuillmerePagePtr foundPageWithPath(const QString& path, const QString& name, const QString& title,
-                                       const QString& url, qint32 depth) override;
-    void updatePage(const QuillmerePagePtr& page, const QString& title) override;
-    bool foundLinkWithPath(const QString& path, const QString& name, const QString& anchor, const QString& url,
-                           qint32 depth, const QuillmerePagePtr& page) override;
-    bool foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor, const QuillmerePagePtr& page) override;
-    QuillmerePagePtr getPageFromURL(const QString& url) override;
     void initLinkProgressWithMaxValue(qint32 linkCountMax) override;
     void setLinkProgressWithValue(qint32 value, qint32 maxValue) override;
     void setWaitingQueueCount(qint32 waitingCount, qint32 doneCount) override;
@@ -65,7 +56,6 @@ private:
     std::shared_ptr<Project> project_;
     OperationQueue* queue_;
     bool vacuumAfterCrawl_;
-    CrawlRecordKeeper records_;
     CrawlProgress progress_;
     std::function<void()> finished_;
     std::weak_ptr<CliCrawlController> self_;

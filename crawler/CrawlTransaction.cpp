@@ -4,8 +4,6 @@
 
 #include <sqlite3.h>
 
-#include <chrono>
-#include <thread>
 
 CrawlTransaction::CrawlTransaction(sqlite3* database) : database_(database)
 {
@@ -32,16 +30,10 @@ bool CrawlTransaction::commit()
         open_ = false;
         return false;
     }
-    for (int attempt = 0; attempt < 250; ++attempt) {
-        const int rc = sqlite3_exec(database_, "commit", nullptr, nullptr, nullptr);
-        if (rc == SQLITE_OK) {
-            open_ = false;
-            return true;
-        }
-        if (sqlite3_get_autocommit(database_) || (rc & 0xff) != SQLITE_BUSY)
-            break;  // given up by the library (full disk, I/O error), or not worth waiting for
-        // Another process reading the file holds its lock for a moment.
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    // Another process's lock is waited for by the connection itself (its busy time-out).
+    if (sqlite3_exec(database_, "commit", nullptr, nullptr, nullptr) == SQLITE_OK) {
+        open_ = false;
+        return true;
     }
     errorMessage_ = QString::fromUtf8(sqlite3_errmsg(database_));
     DebugTrace("commit Error::%s", qPrintable(errorMessage_));

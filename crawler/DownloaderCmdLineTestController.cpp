@@ -15,7 +15,7 @@ void DownloaderCmdLineTestController::launchTestWithURL(const QString& url, cons
     project_ = Project::createProjectWithName(projectName, url, -1, -1);
     if (!project_)
         return;
-    records_ = std::make_unique<CrawlRecordKeeper>(project_);
+    setProject(project_);
     operationsQueue_ = std::make_unique<OperationQueue>();
     operationsQueue_->setMaxConcurrentOperationCount(1);
     // The operation holds its delegate; an aliasing pointer keeps that from owning this
@@ -50,35 +50,10 @@ void DownloaderCmdLineTestController::downloadPageDidEndWithURL(const QString& u
     DebugTrace("  downloadPageDidEndWithURL:(%s) andDepth:(%d)", qPrintable(url), depth);
 }
 
-QuillmerePagePtr DownloaderCmdLineTestController::foundPageWithPath(const QString& path, const QString& name,
-                                                                    const QString& title, const QString& url,
-                                                                    qint32 depth)
-{
-    return records_->foundPageWithPath(path, name, title, url, depth);
-}
-
 void DownloaderCmdLineTestController::updatePage(const QuillmerePagePtr& page, const QString& title)
 {
     DebugTrace("    updatePage:(%s) withTitle:(%s)", page ? qPrintable(page->description()) : "(null)", qPrintable(title));
-    records_->updatePage(page, title);
-}
-
-bool DownloaderCmdLineTestController::foundLinkWithPath(const QString& path, const QString& name,
-                                                        const QString& anchor, const QString& url, qint32 depth,
-                                                        const QuillmerePagePtr& page)
-{
-    return records_->foundLinkWithPath(path, name, anchor, url, depth, page);
-}
-
-bool DownloaderCmdLineTestController::foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor,
-                                                        const QuillmerePagePtr& page)
-{
-    return records_->foundLinkWithPage(pageTo, anchor, page);
-}
-
-QuillmerePagePtr DownloaderCmdLineTestController::getPageFromURL(const QString& url)
-{
-    return records_->getPageFromURL(url);
+    RecordKeepingDelegate::updatePage(page, title);
 }
 
 void DownloaderCmdLineTestController::initLinkProgressWithMaxValue(qint32) {}

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "crawler/CrawlRecordKeeper.h"
-#include "crawler/DownloaderDelegate.h"
+#include "crawler/RecordKeepingDelegate.h"
 
 #include <memory>
 
@@ -12,7 +11,7 @@ class Project;
 // The minimal headless crawl: one new project for one URL, no limits, and only the record
 // keeping a crawl needs. It must stay alive, with the main event loop running, until
 // downloaderDidEnd has arrived.
-class DownloaderCmdLineTestController : public DownloaderDelegate,
+class DownloaderCmdLineTestController : public RecordKeepingDelegate,
                                         public std::enable_shared_from_this<DownloaderCmdLineTestController> {
 public:
     DownloaderCmdLineTestController();
@@ -30,13 +29,7 @@ public:
     void downloaderEndWithError(const QString& error) override;
     void downloadPageDidStartWithURL(const QString& url, qint32 depth) override;
     void downloadPageDidEndWithURL(const QString& url, qint32 depth) override;
-    QuillmerePagePtr foundPageWithPath(const QString& path, const QString& name, const QString& title,
-                                       const QString& url, qint32 depth) override;
     void updatePage(const QuillmerePagePtr& page, const QString& title) override;
-    bool foundLinkWithPath(const QString& path, const QString& name, const QString& anchor, const QString& url,
-                           qint32 depth, const QuillmerePagePtr& page) override;
-    bool foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor, const QuillmerePagePtr& page) override;
-    QuillmerePagePtr getPageFromURL(const QString& url) override;
     void initLinkProgressWithMaxValue(qint32 linkCountMax) override;
     void setLinkProgressWithValue(qint32 value, qint32 maxValue) override;
     void setWaitingQueueCount(qint32 waitingCount, qint32 doneCount) override;
@@ -44,6 +37,5 @@ public:
 private:
     std::unique_ptr<OperationQueue> operationsQueue_;
     std::shared_ptr<Project> project_;
-    std::unique_ptr<CrawlRecordKeeper> records_;
     std::shared_ptr<DownloaderOperationLibXML> operation_;
 };

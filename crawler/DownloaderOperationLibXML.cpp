@@ -296,11 +296,12 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
     for (qint32 n = 1; n <= anchorCount; ++n) {
         const HTMLNodePtr& anchor = anchors[n - 1];
         setLinkProgressWithValue(n, anchorCount);
-        if (anchor->getAttributeNamed(QStringLiteral("href")).isNull())
+        const QString rawHref = anchor->getAttributeNamed(QStringLiteral("href"));
+        if (rawHref.isNull())
             continue;
         if (anchor->getAttributeNamed(QStringLiteral("rel")) == QLatin1String("nofollow") && !project_->explore_no_follow())
             continue;
-        const QString href = stringByTrim(anchor->getAttributeNamed(QStringLiteral("href")));
+        const QString href = stringByTrim(rawHref);
         if (href.size() >= 7 && hasPrefixCaseInsensitive(href, QStringLiteral("mailto:")))
             continue;
         if (href.size() >= 11 && hasPrefixCaseInsensitive(href, QStringLiteral("javascript:")))

@@ -23,32 +23,21 @@ int remainingMs(Clock::time_point deadline)
 
 std::string RawTcpServer::Connection::readRequestHead(int timeoutMs)
 {
-    std::string data;
-    const auto deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (data.find("\r\n\r\n") == std::string::npos && !stopping_) {
-        const int left = remainingMs(deadline);
-        if (left == 0)
-            break;
-        pollfd p{fd_, POLLIN, 0};
-        const int ready = ::poll(&p, 1, left < kPollSliceMs ? left : kPollSliceMs);
-        if (ready < 0 && errno != EINTR)
-            break;
-        if (ready <= 0)
-            continue;
-        char buffer[4096];
-        const ssize_t n = ::recv(fd_, buffer, sizeof buffer, 0);
-        if (n <= 0)
-            break;
-        data.append(buffer, static_cast<size_t>(n));
-    }
-    return data;
+    return readUntil([](const std::string& data) { return data.find("\r\n\r\n") != std::string::npos; },
+                     std::string::npos, timeoutMs);
 }
 
 std::string RawTcpServer::Connection::read(size_t count, int timeoutMs)
 {
+    return readUntil([count](const std::string& data) { return data.size() >= count; }, count, timeoutMs);
+}
+
+std::string RawTcpServer::Connection::readUntil(const std::function<bool(const std::string&)>& done, size_t limit,
+                                                int timeoutMs)
+{
     std::string data;
     const auto deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (data.size() < count && !stopping_) {
+    while (!done(data) && !stopping_) {
         const int left = remainingMs(deadline);
         if (left == 0)
             break;
@@ -59,8 +48,8 @@ std::string RawTcpServer::Connection::read(size_t count, int timeoutMs)
         if (ready <= 0)
             continue;
         char buffer[4096];
-        const size_t want = count - data.size() < sizeof buffer ? count - data.size() : sizeof buffer;
-        const ssize_t n = ::recv(fd_, buffer, want, 0);
+        const size_t room = limit == std::string::npos ? sizeof buffer : limit - data.size();
+        const ssize_t n = ::recv(fd_, buffer, room < sizeof buffer ? room : sizeof buffer, 0);
         if (n <= 0)
             break;
         data.append(buffer, static_cast<size_t>(n));

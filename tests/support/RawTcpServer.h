@@ -42,6 +42,9 @@ public:
         int fd() const { return fd_; }
 
     private:
+        // Reads until done(data) holds, at most `limit` bytes in all (npos: no limit).
+        std::string readUntil(const std::function<bool(const std::string&)>& done, size_t limit, int timeoutMs);
+
         int fd_;
         const std::atomic<bool>& stopping_;
     };
