@@ -5,7 +5,7 @@
 #include "cli/ProjectCommands.h"
 #include "cli/ReportCommands.h"
 #include "cli/StopSignal.h"
-#include "crawler/CrawlRecordKeeper.h"
+#include "crawler/CrawlStartDecision.h"
 #include "crawler/DownloaderCmdLineTestController.h"
 #include "crawler/DownloaderOperationLibXML.h"
 #include "crawler/MainThread.h"
@@ -30,7 +30,8 @@
 namespace CrawlCommands {
 
 namespace {
-enum class Start { New, Continue, Restart, Decline };
+using CrawlStartDecision::Choice;
+using CrawlStartDecision::Situation;
 
 QString askOnTerminal(const QString& question)
 {
@@ -40,64 +41,65 @@ QString askOnTerminal(const QString& question)
     return in.readLine().trimmed().toLower();
 }
 
-// The start decisions of the main window, with the alerts turned into flags or a question.
-Start decide(CliContext& context, const ProjectPtr& project, int* status)
+// The window's start alerts, as flags or, on a terminal, as a question.
+Choice decide(CliContext& context, const ProjectPtr& project, int* status)
 {
     const bool wantContinue = context.command.flags.contains(QStringLiteral("--continue"));
     const bool wantRestart = context.command.flags.contains(QStringLiteral("--restart"));
     *status = ExitOk;
     if (wantContinue && wantRestart) {
         *status = failWith(ExitUsage, QStringLiteral("--continue and --restart exclude each other"));
-        return Start::Decline;
+        return Choice::Decline;
     }
-    if (QuillmerePage::countPagesForProject(project) < 1)
-        return Start::New;
+    qint64 waiting = 0;
+    const Situation situation = CrawlStartDecision::situationForProject(project, &waiting);
+    if (situation == Situation::Fresh)
+        return Choice::Start;
     const bool terminal = isatty(STDIN_FILENO) == 1;
-    const qint64 waiting = QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project);
-    if (waiting < 1) {
+    if (situation == Situation::Finished) {
         if (wantRestart)
-            return Start::Restart;
+            return Choice::Restart;
         if (wantContinue) {
             *status = failWith(ExitUsage, QStringLiteral("the last crawl of '%1' finished: nothing waits in its queue; "
                                                          "use --restart to crawl it again from scratch")
                                               .arg(project->name()));
-            return Start::Decline;
+            return Choice::Decline;
         }
         if (terminal) {
             const QString answer = askOnTerminal(QStringLiteral("'%1' was crawled already and nothing waits in its queue. "
                                                                 "Restart from scratch? [y/N]")
                                                      .arg(project->name()));
             if (answer == QLatin1String("y") || answer == QLatin1String("yes"))
-                return Start::Restart;
+                return Choice::Restart;
             *status = failWith(ExitFailure, QStringLiteral("crawl not started"));
-            return Start::Decline;
+            return Choice::Decline;
         }
         *status = failWith(ExitUsage, QStringLiteral("'%1' was crawled already and nothing waits in its queue; "
                                                      "use --restart to crawl it again from scratch")
                                           .arg(project->name()));
-        return Start::Decline;
+        return Choice::Decline;
     }
     if (wantContinue)
-        return Start::Continue;
+        return Choice::Continue;
     if (wantRestart)
-        return Start::Restart;
+        return Choice::Restart;
     if (terminal) {
         const QString answer = askOnTerminal(QStringLiteral("'%1' has %2 URLs waiting from an earlier crawl. "
                                                             "[c]ontinue, [r]estart from scratch or [q]uit?")
                                                  .arg(project->name())
                                                  .arg(waiting));
         if (answer == QLatin1String("c") || answer == QLatin1String("continue"))
-            return Start::Continue;
+            return Choice::Continue;
         if (answer == QLatin1String("r") || answer == QLatin1String("restart"))
-            return Start::Restart;
+            return Choice::Restart;
         *status = failWith(ExitFailure, QStringLiteral("crawl not started"));
-        return Start::Decline;
+        return Choice::Decline;
     }
     *status = failWith(ExitUsage, QStringLiteral("'%1' has %2 URLs waiting from an earlier crawl; "
                                                  "use --continue to go on with them or --restart to start from scratch")
                                       .arg(project->name())
                                       .arg(waiting));
-    return Start::Decline;
+    return Choice::Decline;
 }
 
 int finalStatus(const ProjectPtr& project, const ReportCommands::CrawlRunFigures& figures,
@@ -178,16 +180,8 @@ int runCrawl(CliContext& context)
     ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
     if (!project)
         return status;
-    switch (decide(context, project, &status)) {
-    case Start::Decline:
+    if (!CrawlStartDecision::apply(decide(context, project, &status), project))
         return status;
-    case Start::Restart:
-        CrawlRecordKeeper::restartProject(project);
-        break;
-    case Start::New:
-    case Start::Continue:
-        break;
-    }
     return crawlAndReport(project);
 }
 

@@ -1,7 +1,8 @@
 #include "cli/DemoCommand.h"
 
 #include "cli/CrawlCommands.h"
-#include "cli/DemoServer.h"
+#include "demo/DemoProject.h"
+#include "demo/DemoServer.h"
 #include "store/DataModelManager.h"
 #include "store/Project.h"
 
@@ -27,14 +28,8 @@ int run(CliContext& context)
     const QString url = server.baseURL();
     std::fprintf(stderr, "Demo site served at %s\n", qPrintable(url));
 
-    // The port changes from one run to the next: the demo project starts afresh each time,
-    // whatever state an earlier run left it in.
-    if (ProjectPtr old = Project::getProjectWithName(QStringLiteral("demo"))) {
-        old->closeSQLiteDatabase();
-        Project::deleteProjectWithName(QStringLiteral("demo"));
-    }
-    ProjectPtr project = Project::createProjectWithName(QStringLiteral("demo"), url, -1, -1);
-    if (!project || !project->sqlite3Database() || !manager->saveContext())
+    ProjectPtr project = DemoProject::recreate(url);
+    if (!project)
         return failWith(ExitUsage, QStringLiteral("cannot create the project 'demo' in %1").arg(manager->applicationFilesDirectory()));
     const int status = CrawlCommands::crawlAndReport(project);
     server.stop();

@@ -175,7 +175,7 @@ int runLinks(CliContext& context)
     for (const auto& pair : links)
         table.addRow({pair->quillmereLink()->anchor(), pair->quillmerePage()->url(), pair->quillmerePage()->depth(),
                       pair->quillmerePage()->outLinkCount()});
-    printOut(table.render(format, QStringLiteral("%1 liens vers le document sélectionné").arg(links.size())));
+    printOut(table.render(format, PageFilter::sourcesTitle(quint64(links.size()))));
     return ExitOk;
 }
 

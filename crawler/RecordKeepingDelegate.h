@@ -9,6 +9,7 @@
 // it shows. Its keeper exists once a project is given (setProject).
 class RecordKeepingDelegate : public DownloaderDelegate {
 public:
+    bool hasRecords() const { return records_ != nullptr; }
     const CrawlRecordKeeper& records() const { return *records_; }
 
     QuillmerePagePtr foundPageWithPath(const QString& path, const QString& name, const QString& title,

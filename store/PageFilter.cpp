@@ -38,4 +38,9 @@ QString title(qint32 code, quint64 count)
     return QString::fromUtf8(formats[normalized(code)]).arg(count);
 }
 
+QString sourcesTitle(quint64 count)
+{
+    return QStringLiteral("%1 liens vers le document sélectionné").arg(count);
+}
+
 } // namespace PageFilter

@@ -18,4 +18,6 @@ qint32 normalized(qint32 code);
 QList<QuillmerePagePtr> pages(qint32 code, const std::shared_ptr<Project>& project);
 // The list's title for that many rows, such as "12 documents référencés".
 QString title(qint32 code, quint64 count);
+// The links list's title: how many links reach the selected page.
+QString sourcesTitle(quint64 count);
 } // namespace PageFilter

@@ -1,4 +1,4 @@
-#include "cli/DemoServer.h"
+#include "demo/DemoServer.h"
 
 #include <QFile>
 #include <QFileInfo>

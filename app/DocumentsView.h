@@ -1,0 +1,75 @@
+#pragma once
+
+#include "store/QuillmerePage.h"
+
+#include <QAbstractTableModel>
+#include <QGroupBox>
+#include <QList>
+
+#include <memory>
+
+class MainViewController;
+class Project;
+class QMenu;
+class QTableView;
+
+// The pages of the documents list, in display order; a header click sorts them in memory.
+class DocumentsTableModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    explicit DocumentsTableModel(QObject* parent = nullptr) : QAbstractTableModel(parent) {}
+    void setPages(const QList<QuillmerePagePtr>& pages);
+    const QList<QuillmerePagePtr>& pages() const { return pages_; }
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    void sort(int column, Qt::SortOrder order) override;
+
+private:
+    QList<QuillmerePagePtr> pages_;
+};
+
+// The pane that lists the pages of the project shown, under the filter chosen; its title
+// says how many there are. Selecting a row shows the links to that page.
+class DocumentsView : public QGroupBox {
+    Q_OBJECT
+public:
+    // The columns by identifier, in order.
+    static const QStringList& columnIdentifiers();
+
+    explicit DocumentsView(QWidget* parent = nullptr);
+
+    void setMainViewController(MainViewController* controller) { mainViewController_ = controller; }
+    void setCurrentProject(const std::shared_ptr<Project>& project) { currentProject_ = project; }
+    std::shared_ptr<Project> currentProject() const { return currentProject_; }
+
+    void refreshTableViewWithFilter(qint32 filter);
+    void closeCurrentProject();
+
+    const QList<QuillmerePagePtr>& arrayOfPages() const { return model_->pages(); }
+    qint64 selectedRow() const { return selectedRow_; }
+    int numberOfRowsInTableView() const { return model_->rowCount(); }
+    // The text of a cell by column identifier; an unknown identifier gets no cell.
+    QString cellText(const QString& identifier, int row) const;
+    bool tableViewShouldSelectRow(int row);
+
+    // The context menu for a click on a row (-1: outside every row), as it is about to open.
+    QMenu* menuNeedsUpdate(int clickedRow);
+    QMenu* menuAction() const { return menuAction_; }
+    void openURLAction();
+
+    QTableView* documentsTableView() const { return documentsTableView_; }
+
+private:
+    void awakeFromNib();
+
+    MainViewController* mainViewController_ = nullptr;
+    std::shared_ptr<Project> currentProject_;
+    DocumentsTableModel* model_;
+    QTableView* documentsTableView_;
+    QMenu* menuAction_;
+    qint64 selectedRow_ = -1;
+    int clickedRow_ = -1;
+};

@@ -1,0 +1,347 @@
+#include "app/MainViewController.h"
+
+#include "app/Alert.h"
+#include "app/AppDelegate.h"
+#include "app/DocumentsView.h"
+#include "app/LinksView.h"
+#include "app/MainWindow.h"
+#include "app/NewProjectWindowController.h"
+#include "app/OpenProjectWindowController.h"
+#include "app/PagesFilterWindowController.h"
+#include "app/ProgressView.h"
+#include "app/ProgressWindowController.h"
+#include "app/SplitView.h"
+#include "app/WebPreviewPage.h"
+#include "crawler/CrawlStartDecision.h"
+#include "crawler/DownloaderOperationLibXML.h"
+#include "crawler/OperationQueue.h"
+#include "crawler/VacuumCleanerOperation.h"
+#include "store/DebugTrace.h"
+#include "store/Localization.h"
+#include "store/PageFilter.h"
+#include "store/Project.h"
+
+#include <QEventLoop>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <QWebEngineView>
+
+using Localization::localizedString;
+
+MainViewController::MainViewController(QWidget* parent) : QWidget(parent)
+{
+    setObjectName(QStringLiteral("MainViewController"));
+    progressView_ = new ProgressView;
+    progressView_->setMainViewController(this);
+    documentsView_ = new DocumentsView;
+    documentsView_->setMainViewController(this);
+    linksView_ = new LinksView;
+    linksView_->setMainViewController(this);
+    webView_ = new QWebEngineView;
+    webView_->setObjectName(QStringLiteral("webView"));
+    webPage_ = new WebPreviewPage(webView_);
+
+    splitView_ = new SplitView;
+    splitView_->setObjectName(QStringLiteral("splitView"));
+    splitView_->addWidget(progressView_);
+    splitView_->addWidget(documentsView_);
+    splitView_->addWidget(linksView_);
+    splitView_->addWidget(webView_);
+    // The first and last panes keep the outer dividers 100 from either end.
+    progressView_->setMinimumHeight(100);
+    webView_->setMinimumHeight(100);
+    documentsView_->setMinimumHeight(90);
+    linksView_->setMinimumHeight(90);
+    splitView_->setStretchFactor(0, 0);
+    splitView_->setStretchFactor(1, 5);
+    splitView_->setStretchFactor(2, 3);
+    splitView_->setStretchFactor(3, 1);
+    splitView_->setSizes({110, 360, 200, 130});
+    splitView_->setConstraints(
+        [this](QSplitter* view, double proposed, int index) { return splitViewConstrainMinCoordinate(view, proposed, index); },
+        [this](QSplitter* view, double proposed, int index) { return splitViewConstrainMaxCoordinate(view, proposed, index); });
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(6, 6, 6, 6);
+    layout->addWidget(splitView_);
+    awakeFromNib();
+}
+
+MainViewController::~MainViewController()
+{
+    // The queue's thread may be waiting on one of this controller's relays: stop the crawl
+    // and let it end before the queue is joined.
+    stopAndWaitForOperations();
+    operationsQueue_.reset();
+}
+
+void MainViewController::awakeFromNib()
+{
+    operationsQueue_ = std::make_unique<OperationQueue>();
+    operationsQueue_->setMaxConcurrentOperationCount(1);
+    webPage_->load(WebPreviewPage::promotionalPageURL());
+    webView_->setPage(webPage_);
+}
+
+qint32 MainViewController::pageCount() const
+{
+    return hasRecords() ? records().pageCount() : 0;
+}
+
+qint32 MainViewController::maxDepth() const
+{
+    return hasRecords() ? records().maxDepth() : 0;
+}
+
+template <typename T>
+void MainViewController::replaceSheet(QPointer<T>& slot, T* controller)
+{
+    if (slot && slot != controller)
+        slot->deleteLater();
+    slot = controller;
+}
+
+void MainViewController::setProjectWindowController(NewProjectWindowController* controller)
+{
+    replaceSheet(projectWindowController_, controller);
+}
+
+void MainViewController::setOpenProjectWindowController(OpenProjectWindowController* controller)
+{
+    replaceSheet(openProjectWindowController_, controller);
+}
+
+void MainViewController::setPageFilterWindowController(PagesFilterWindowController* controller)
+{
+    replaceSheet(pageFilterWindowController_, controller);
+}
+
+void MainViewController::populateCurrentProject(const std::shared_ptr<Project>& project)
+{
+    progressView_->setCurrentProject(project);
+    documentsView_->setCurrentProject(project);
+    linksView_->setCurrentProject(project);
+    documentsView_->refreshTableViewWithFilter(PageFilter::All);
+    linksView_->refreshTableView();
+}
+
+void MainViewController::closeCurrentProject()
+{
+    if (currentProject_)
+        currentProject_->closeSQLiteDatabase();
+    progressView_->closeCurrentProject();
+    documentsView_->closeCurrentProject();
+    linksView_->closeCurrentProject();
+}
+
+void MainViewController::applyFilter(qint32 filter)
+{
+    documentsView_->refreshTableViewWithFilter(filter);
+    linksView_->refreshTableView();
+}
+
+void MainViewController::displayProgressView()
+{
+    auto* sheet = ProgressWindowController::initWithDelegate(this, currentProject_);
+    replaceSheet(progressWindowController_, sheet);
+    AppDelegate* app = AppDelegate::sharedAppDelegate();
+    sheet->displaySheetInWindow(app ? static_cast<QWidget*>(app->window()) : window());
+}
+
+void MainViewController::queueCrawler()
+{
+    setProject(currentProject_);
+    // The queue holds the controller only while it runs; the window outlives every
+    // operation (see stopAndWaitForOperations).
+    std::shared_ptr<DownloaderDelegate> delegate(std::shared_ptr<void>(), static_cast<DownloaderDelegate*>(this));
+    downloaderOperation_ = DownloaderOperationLibXML::initWithProject(currentProject_, delegate);
+    operationsQueue_->addOperation(downloaderOperation_);
+}
+
+void MainViewController::startCrawlerForProject(const std::shared_ptr<Project>& project)
+{
+    using CrawlStartDecision::Choice;
+    using CrawlStartDecision::Situation;
+    currentProject_ = project;
+    if (!currentProject_)
+        return;
+    const Situation situation = CrawlStartDecision::situationForProject(currentProject_);
+    Choice choice = Choice::Start;
+    if (situation == Situation::Finished) {
+        Alert alert;
+        alert.setMessageText(localizedString("MainViewAlertStartRestartMessageText"));
+        alert.setInformativeText(QString());
+        alert.addButtonWithTitle(localizedString("MainViewAlertStartRestartDefaultButton"));
+        alert.addButtonWithTitle(localizedString("MainViewAlertStartRestartAlternateButton"));
+        choice = CrawlStartDecision::choiceForAlertAnswer(situation, alert.runModal(window()));
+    } else if (situation == Situation::Interrupted) {
+        Alert alert;
+        alert.setMessageText(localizedString("MainViewAlertStartContinueMessageText"));
+        alert.setInformativeText(QString());
+        alert.addButtonWithTitle(localizedString("MainViewAlertStartContinueOtherButton"));
+        alert.addButtonWithTitle(localizedString("MainViewAlertStartContinueAlternateButton"));
+        alert.addButtonWithTitle(localizedString("MainViewAlertStartContinueDefaultButton"));
+        choice = CrawlStartDecision::choiceForAlertAnswer(situation, alert.runModal(window()));
+    }
+    if (!CrawlStartDecision::apply(choice, currentProject_)) {
+        progressView_->actionStop();
+        return;
+    }
+    // Restarting an interrupted crawl empties the list at once; restarting a finished one
+    // leaves it until the crawl ends.
+    if (choice == Choice::Restart && situation == Situation::Interrupted)
+        documentsView_->refreshTableViewWithFilter(PageFilter::All);
+    queueCrawler();
+    displayProgressView();
+}
+
+void MainViewController::cancelCrawlerForProject(const std::shared_ptr<Project>&)
+{
+    if (downloaderOperation_)
+        downloaderOperation_->setCanContinue(false);
+}
+
+void MainViewController::stopIndexer()
+{
+    cancelCrawlerForProject(currentProject_);
+}
+
+void MainViewController::startVacuumForProject(const std::shared_ptr<Project>& project)
+{
+    currentProject_ = project;
+    std::shared_ptr<VacuumCleanerDelegate> delegate(std::shared_ptr<void>(), static_cast<VacuumCleanerDelegate*>(this));
+    vacuumOperation_ = VacuumCleanerOperation::initWithProject(project, delegate);
+    operationsQueue_->addOperation(vacuumOperation_);
+}
+
+void MainViewController::selectPage(const QuillmerePagePtr& page)
+{
+    linksView_->selectPage(page);
+}
+
+void MainViewController::windowWillClose()
+{
+    if (AppDelegate* app = AppDelegate::sharedAppDelegate())
+        app->quit();
+}
+
+bool MainViewController::isBusy() const
+{
+    return operationsQueue_ && operationsQueue_->operationCount() > 0;
+}
+
+void MainViewController::stopAndWaitForOperations()
+{
+    if (!isBusy())
+        return;
+    stopIndexer();
+    // The crawl winds down through its relays, then the vacuum runs: both need this thread.
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        stopIndexer();
+        if (!isBusy())
+            loop.quit();
+    });
+    poll.start(5);
+    loop.exec();
+}
+
+double MainViewController::splitViewConstrainMinCoordinate(QSplitter*, double, int) const
+{
+    return 100.0;
+}
+
+double MainViewController::splitViewConstrainMaxCoordinate(QSplitter* splitView, double, int) const
+{
+    return (splitView ? splitView->height() : 0.0) - 100.0;
+}
+
+void MainViewController::downloaderDidStart()
+{
+    DebugTrace("downloaderDidStart");
+    keeper().crawlDidStart();
+    progressView_->updateStartDate(currentProject_->crawler_start_date());
+}
+
+void MainViewController::downloadPageDidStartWithURL(const QString& url, qint32 depth)
+{
+    DebugTrace("  downloadPageDidStartWithURL:(%s) andDepth:(%d)", qPrintable(url), depth);
+    keeper().pageDidStart(url, depth);
+    progressView_->updatePageCount(pageCount());
+    progressView_->downloadPageInProgressWithURL(url, depth);
+    if (progressWindowController_) {
+        progressWindowController_->updatePageCount(pageCount());
+        progressWindowController_->downloadPageInProgressWithURL(url, depth);
+    }
+}
+
+void MainViewController::downloadPageDidEndWithURL(const QString& url, qint32 depth)
+{
+    DebugTrace("  downloadPageDidEndWithURL:(%s) andDepth:(%d)", qPrintable(url), depth);
+}
+
+void MainViewController::initLinkProgressWithMaxValue(qint32 linkCountMax)
+{
+    if (progressWindowController_)
+        progressWindowController_->startProgressIndicatorWithMaxValue(linkCountMax);
+}
+
+void MainViewController::setLinkProgressWithValue(qint32 value, qint32 maxValue)
+{
+    if (progressWindowController_)
+        progressWindowController_->updateProgressIndicatorWithValue(value, maxValue);
+}
+
+void MainViewController::setWaitingQueueCount(qint32 waitingCount, qint32 doneCount)
+{
+    if (progressWindowController_)
+        progressWindowController_->updateQueueWaiting(waitingCount, doneCount);
+}
+
+void MainViewController::downloaderEndWithError(const QString& error)
+{
+    Alert alert;
+    alert.setMessageText(error);
+    alert.setInformativeText(QString());
+    alert.addButtonWithTitle(localizedString("MainViewAlertDownloadErrorDefaultButton"));
+    alert.runModal(window());
+}
+
+void MainViewController::downloaderDidEnd()
+{
+    DebugTrace("downloaderDidEnd");
+    qint64 waiting = 0;
+    qint64 done = 0;
+    // Weights, stop date, final counters, the queue's counts and the registry saved.
+    keeper().crawlDidEnd(&waiting, &done);
+    setWaitingQueueCount(qint32(waiting), qint32(done));
+    progressView_->updateStopDate(currentProject_->crawler_stop_date());
+    progressView_->crawlerDidEnd();
+    documentsView_->refreshTableViewWithFilter(PageFilter::All);
+    // Every crawl, finished or stopped, is followed by the vacuum; the sheet stays up.
+    progressView_->actionCompresser();
+}
+
+void MainViewController::vacuumCleanerDidStart() {}
+
+void MainViewController::vacuumProgressIndex(qint32 currentIndex, qint32 maxIndex)
+{
+    if (progressWindowController_)
+        progressWindowController_->updateProgressIndicatorWithValue(currentIndex, maxIndex);
+}
+
+void MainViewController::vacuumingPage(const QuillmerePagePtr& page)
+{
+    if (progressWindowController_ && page)
+        progressWindowController_->vacuumPageInProgressWithURL(page->url());
+}
+
+void MainViewController::vacuumCleanerDidEnd()
+{
+    progressView_->crawlerDidEnd();
+    documentsView_->refreshTableViewWithFilter(PageFilter::All);
+    if (progressWindowController_)
+        progressWindowController_->hideProgressWindow();
+    Q_EMIT crawlFinished();
+}

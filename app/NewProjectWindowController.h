@@ -1,0 +1,55 @@
+#pragma once
+
+#include "app/SheetWindowController.h"
+
+class NewProjectControllerDelegate;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+// The new-project sheet: name, site URL, optional depth and page-count limits.
+class NewProjectWindowController : public SheetWindowController {
+    Q_OBJECT
+public:
+    explicit NewProjectWindowController(NewProjectControllerDelegate* delegate);
+    static NewProjectWindowController* initWithDelegate(NewProjectControllerDelegate* delegate)
+    {
+        return new NewProjectWindowController(delegate);
+    }
+
+    // A limit field's value: -1 when empty, else its leading integer (0 for text that does
+    // not start with one; blanks before the number are skipped).
+    static qint32 limitFromField(const QString& text);
+    // The site URL as typed, trimmed, less one trailing "/".
+    static QString urlFromField(const QString& text);
+
+    void actionValider();
+    void actionAnnuler() override;
+
+    QLineEdit* textFieldURL() const { return textFieldURL_; }
+    QLineEdit* textFieldName() const { return textFieldName_; }
+    QLineEdit* textFieldLimitDepth() const { return textFieldLimitDepth_; }
+    QLineEdit* textFieldLimitPageCount() const { return textFieldLimitPageCount_; }
+    QPushButton* buttonLocValider() const { return buttonLocValider_; }
+    QPushButton* buttonLocAnnuler() const { return buttonLocAnnuler_; }
+    QLabel* labelError() const { return labelError_; }
+
+private:
+    void windowDidLoad();
+
+    NewProjectControllerDelegate* delegate_;
+    QLineEdit* textFieldURL_;
+    QLineEdit* textFieldName_;
+    QLineEdit* textFieldLimitDepth_;
+    QLineEdit* textFieldLimitPageCount_;
+    QGroupBox* boxLocProject_;
+    QLabel* labelLocNomProject_;
+    QLabel* labelLocUrlSite_;
+    QGroupBox* boxLocParametres_;
+    QLabel* labelLocProfondeurMax_;
+    QLabel* labelLocNomMaxPageScannees_;
+    QLabel* labelError_;
+    QPushButton* buttonLocValider_;
+    QPushButton* buttonLocAnnuler_;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <memory>
+
+class OpenProjectWindowController;
+class Project;
+
+// Who the open-project sheet tells what the user decided: the application delegate.
+class OpenProjectControllerDelegate {
+public:
+    virtual ~OpenProjectControllerDelegate() = default;
+    virtual void openProjectValidateWithController(OpenProjectWindowController* controller,
+                                                   const std::shared_ptr<Project>& project) = 0;
+    virtual void openProjectCancelWithController(OpenProjectWindowController* controller) = 0;
+};

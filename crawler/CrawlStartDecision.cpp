@@ -1,0 +1,53 @@
+#include "crawler/CrawlStartDecision.h"
+
+#include "crawler/CrawlRecordKeeper.h"
+#include "store/QuillmereDownloaderQueue.h"
+#include "store/QuillmerePage.h"
+
+namespace CrawlStartDecision {
+
+Situation situationForProject(const std::shared_ptr<Project>& project, qint64* waitingCount)
+{
+    if (waitingCount)
+        *waitingCount = 0;
+    if (QuillmerePage::countPagesForProject(project) < 1)
+        return Situation::Fresh;
+    const qint64 waiting = QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project);
+    if (waitingCount)
+        *waitingCount = waiting;
+    return waiting < 1 ? Situation::Finished : Situation::Interrupted;
+}
+
+Choice choiceForAlertAnswer(Situation situation, int answer)
+{
+    switch (situation) {
+    case Situation::Fresh:
+        return Choice::Start;
+    case Situation::Finished:
+        return answer == 1000 ? Choice::Restart : Choice::Decline;
+    case Situation::Interrupted:
+        if (answer == 1001)
+            return Choice::Continue;
+        if (answer == 1002)
+            return Choice::Restart;
+        return Choice::Decline;
+    }
+    return Choice::Decline;
+}
+
+bool apply(Choice choice, const std::shared_ptr<Project>& project)
+{
+    switch (choice) {
+    case Choice::Decline:
+        return false;
+    case Choice::Restart:
+        CrawlRecordKeeper::restartProject(project);
+        return true;
+    case Choice::Start:
+    case Choice::Continue:
+        return true;
+    }
+    return false;
+}
+
+} // namespace CrawlStartDecision
