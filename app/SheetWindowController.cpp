@@ -9,8 +9,10 @@ SheetWindowController::SheetWindowController(const QString& windowDescription) :
 void SheetWindowController::displaySheetInWindow(QWidget* window)
 {
     parentWindow_ = window;
-    if (window)
-        setParent(window, windowFlags() | Qt::Sheet);
+    // Parented to the window (with the dialog's own flags, or it would become a child
+    // widget) so that window modality blocks that window and the sheet is centred on it.
+    if (window && parentWidget() != window)
+        setParent(window, windowFlags());
     setWindowModality(Qt::WindowModal);
     open();
 }
