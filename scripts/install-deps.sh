@@ -2,7 +2,9 @@
 # Installs the Debian packages that building, testing and running Quillmere need.
 # Idempotent: when every package is already present it only checks and returns.
 #   scripts/install-deps.sh            core, command line, tests, demo
-#   scripts/install-deps.sh --gui      also the desktop application's packages
+#   scripts/install-deps.sh --gui      also the desktop program's packages: Qt Widgets and WebEngine,
+#                                      Qt's own French texts, a virtual X server for headless
+#                                      screenshots, and a font
 #   scripts/install-deps.sh --bench    also the benchmark's peers (nginx, wget, linkchecker)
 set -euo pipefail
 
@@ -15,7 +17,8 @@ packages=(
 )
 for arg in "$@"; do
   case "$arg" in
-    --gui) packages+=(qt6-tools-dev qt6-webengine-dev libgl-dev) ;;
+    --gui) packages+=(qt6-tools-dev qt6-webengine-dev libgl-dev qt6-translations-l10n
+                      xvfb xauth fonts-dejavu-core) ;;
     --bench) packages+=(nginx wget linkchecker valgrind time python3 curl) ;;
     *) echo "install-deps.sh: unknown option $arg" >&2; exit 2 ;;
   esac
