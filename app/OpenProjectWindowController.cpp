@@ -111,11 +111,13 @@ OpenProjectWindowController::OpenProjectWindowController(OpenProjectControllerDe
     connect(projectsTableView_, &QWidget::customContextMenuRequested, this, [this](const QPoint& pos) {
         menuNeedsUpdate(projectsTableView_->indexAt(pos).row())->exec(projectsTableView_->viewport()->mapToGlobal(pos));
     });
-    // The selected project follows the current row, by mouse or keyboard.
-    connect(projectsTableView_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex& current) {
-                if (current.isValid())
-                    tableViewShouldSelectRow(current.row());
+    // The selected project follows the row the user selects, by mouse or keyboard. Not the
+    // current row: the table makes its first row current when it takes the focus, which
+    // selects nothing.
+    connect(projectsTableView_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this](const QItemSelection& selected) {
+                if (!selected.indexes().isEmpty())
+                    tableViewShouldSelectRow(selected.indexes().first().row());
             });
     connect(projectsTableView_, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
         tableViewShouldSelectRow(index.row());
