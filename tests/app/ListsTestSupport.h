@@ -156,23 +156,23 @@ struct MenuSeen {
 // the menu is closed.
 inline MenuSeen rightClick(QTableView* table, const QPoint& at, bool choose = false)
 {
-    MenuSeen seen;
-    QTimer::singleShot(0, [&] {
+    auto seen = std::make_shared<MenuSeen>();
+    QTimer::singleShot(0, table, [seen, choose] {
         // The menu's event loop is running by now.
         auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         if (!menu)
             return;
-        seen.opened = true;
-        seen.menu = menu;
+        seen->opened = true;
+        seen->menu = menu;
         QAction* item = menu->actions().value(0);
-        seen.title = item ? item->text() : QString();
-        seen.enabled = item && item->isEnabled();
-        if (choose && seen.enabled)
+        seen->title = item ? item->text() : QString();
+        seen->enabled = item && item->isEnabled();
+        if (choose && seen->enabled) {
             menu->setActiveAction(item);
-        if (choose && seen.enabled)
             QTest::keyClick(menu, Qt::Key_Return);
-        else
+        } else {
             menu->close();
+        }
     });
     QWidget* viewport = table->viewport();
     QTest::mousePress(viewport, Qt::RightButton, Qt::NoModifier, at);
@@ -180,7 +180,7 @@ inline MenuSeen rightClick(QTableView* table, const QPoint& at, bool choose = fa
     QApplication::sendEvent(viewport, &event);
     QTest::mouseRelease(viewport, Qt::RightButton, Qt::NoModifier, at);
     QCoreApplication::processEvents();
-    return seen;
+    return *seen;
 }
 
 } // namespace apptest
