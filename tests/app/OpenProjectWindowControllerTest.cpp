@@ -194,6 +194,23 @@ TEST(OpenProjectSheet, AClickedRowIsOpened)
     EXPECT_FALSE(s->isVisible());
 }
 
+TEST(OpenProjectSheet, ADoubleClickedRowIsOpened)
+{
+    LaunchedApp app;
+    addThreeProjects(app);
+    OpenSheet s(app);
+    QTableView* view = s->projectsTableView();
+    const QPoint at = view->visualRect(view->model()->index(rowOf(s.sheet, "alpha"), 0)).center();
+    // A double click as the platform delivers it: press, release, double click, release.
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+    QTest::mouseRelease(view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+    ASSERT_EQ(s.delegate.validations.size(), 1u);
+    EXPECT_EQ(s.delegate.validations[0].second->name(), "alpha");
+    EXPECT_EQ(s->result(), 1);
+    EXPECT_FALSE(s->isVisible());
+}
+
 TEST(OpenProjectSheet, ResortingByHeaderKeepsTheSelectedProject)
 {
     LaunchedApp app;
