@@ -130,8 +130,11 @@ DocumentsView::DocumentsView(QWidget* parent) : QGroupBox(parent)
     small.setPointSizeF(11.0);
     documentsTableView_->setFont(small);
     QHeaderView* header = documentsTableView_->horizontalHeader();
+    // The URL takes the room left; the title starts at a width of its own (and can be
+    // dragged), so that the URLs of a site's deeper pages are not cut at the default size.
     header->setSectionResizeMode(ColURL, QHeaderView::Stretch);
-    header->setSectionResizeMode(ColTitle, QHeaderView::Stretch);
+    header->setSectionResizeMode(ColTitle, QHeaderView::Interactive);
+    header->resizeSection(ColTitle, 280);
     for (int c = ColDepth; c < ColumnCount; ++c)
         header->setSectionResizeMode(c, QHeaderView::ResizeToContents);
 

@@ -127,7 +127,9 @@ LinksView::LinksView(QWidget* parent) : QGroupBox(parent)
     small.setPointSizeF(11.0);
     linksTableView_->setFont(small);
     QHeaderView* header = linksTableView_->horizontalHeader();
-    header->setSectionResizeMode(ColAnchor, QHeaderView::Stretch);
+    // As in the documents list: the linking page's URL takes the room left.
+    header->setSectionResizeMode(ColAnchor, QHeaderView::Interactive);
+    header->resizeSection(ColAnchor, 240);
     header->setSectionResizeMode(ColPage, QHeaderView::Stretch);
     header->setSectionResizeMode(ColDepth, QHeaderView::ResizeToContents);
     header->setSectionResizeMode(ColLinksOut, QHeaderView::ResizeToContents);

@@ -56,7 +56,7 @@ MainViewController::MainViewController(QWidget* parent) : QWidget(parent)
     splitView_->setStretchFactor(1, 5);
     splitView_->setStretchFactor(2, 3);
     splitView_->setStretchFactor(3, 1);
-    splitView_->setSizes({110, 360, 200, 130});
+    splitView_->setSizes({110, 320, 200, 170});
     splitView_->setConstraints(
         [this](QSplitter* view, double proposed, int index) { return splitViewConstrainMinCoordinate(view, proposed, index); },
         [this](QSplitter* view, double proposed, int index) { return splitViewConstrainMaxCoordinate(view, proposed, index); });
