@@ -12,6 +12,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTimer>
 
 using Localization::localizedString;
 
@@ -52,6 +53,17 @@ ProgressView::ProgressView(QWidget* parent) : QGroupBox(parent)
     connect(buttonFiltres_, &QPushButton::clicked, this, [] {
         if (AppDelegate* app = AppDelegate::sharedAppDelegate())
             app->actionDoFilters();
+    });
+
+    // The counters change with every page of a crawl. Each paint of the main window is a
+    // composition of the whole window with the preview's surface, which costs far more than
+    // the page itself without a graphics card: they are painted four times a second at most.
+    paintCounters_ = new QTimer(this);
+    paintCounters_->setSingleShot(true);
+    paintCounters_->setInterval(250);
+    connect(paintCounters_, &QTimer::timeout, this, [this] {
+        textFieldPageAnalysees_->setUpdatesEnabled(true);
+        textFieldDepth_->setUpdatesEnabled(true);
     });
 
     auto* grid = new QGridLayout;
@@ -198,16 +210,30 @@ void ProgressView::updateStopDate(const QDateTime& date)
     textFieldEndDate_->setText(DateFormatter::stringFromDate(date));
 }
 
+void ProgressView::setCounterText(QLabel* field, const QString& text)
+{
+    if (field->text() == text)
+        return;
+    if (!field->isVisible()) {
+        field->setText(text);
+        return;
+    }
+    field->setUpdatesEnabled(false);
+    field->setText(text);
+    if (!paintCounters_->isActive())
+        paintCounters_->start();
+}
+
 void ProgressView::updatePageCount(qint32 count)
 {
-    textFieldPageAnalysees_->setText(QString::number(count));
+    setCounterText(textFieldPageAnalysees_, QString::number(count));
     if (internalCurrentProject_)
         internalCurrentProject_->setPages_count(count);
 }
 
 void ProgressView::downloadPageInProgressWithURL(const QString&, qint32 depth)
 {
-    textFieldDepth_->setText(QString::number(depth));
+    setCounterText(textFieldDepth_, QString::number(depth));
     // The depth of the page in hand; the true maximum is written when the crawl ends.
     if (internalCurrentProject_)
         internalCurrentProject_->setMax_depth(depth);

@@ -9,6 +9,7 @@ class MainViewController;
 class Project;
 class QLabel;
 class QPushButton;
+class QTimer;
 
 // The progress panel: the project shown (name, site URL, pages analysed, depth, start and
 // end dates), the start button where every crawl begins, and the filter button.
@@ -51,6 +52,8 @@ public:
 private:
     void awakeFromNib();
     void showFilterButton();
+    // Gives a counter its new text at once but paints it a few times a second at most.
+    void setCounterText(QLabel* field, const QString& text);
 
     MainViewController* mainViewController_ = nullptr;
     std::shared_ptr<Project> internalCurrentProject_;
@@ -69,4 +72,5 @@ private:
     QLabel* labelVersion_;
     QLabel* labelLocNomProject_;
     QLabel* labelLocUrlSite_;
+    QTimer* paintCounters_;
 };

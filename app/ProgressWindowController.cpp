@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 using Localization::localizedString;
@@ -79,6 +80,9 @@ ProgressWindowController::ProgressWindowController(ProgressControllerDelegate* d
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(boxLocProgression_);
     layout->addWidget(boxLocActions_);
+    releaseHeld_.setSingleShot(true);
+    releaseHeld_.setInterval(int(kRedrawIntervalMs));
+    connect(&releaseHeld_, &QTimer::timeout, this, [this] { releaseHeldFields(); });
     windowDidLoad();
 }
 
@@ -108,12 +112,15 @@ void ProgressWindowController::hideProgressWindow()
 
 void ProgressWindowController::updatePageCount(qint32 count)
 {
+    holdPaint(textFieldPageAnalysees_);
     textFieldPageAnalysees_->setText(QString::number(count));
 }
 
 void ProgressWindowController::downloadPageInProgressWithURL(const QString& url, qint32 depth)
 {
+    holdPaint(textFieldURLPageAnalysee_);
     textFieldURLPageAnalysee_->setText(url);
+    holdPaint(textFieldDepth_);
     textFieldDepth_->setText(QString::number(depth));
 }
 
@@ -122,6 +129,8 @@ void ProgressWindowController::updateQueueWaiting(qint32 waiting, qint32 done)
     // The second count is the queue's done entries; the sheet shows and scales against the
     // total of both.
     const qint32 total = waiting + done;
+    for (QWidget* field : std::initializer_list<QWidget*>{textFieldQueueWaiting_, textFieldQueueDone_, levelIndicatorQueue_})
+        holdPaint(field);
     textFieldQueueWaiting_->setText(QString::number(waiting));
     textFieldQueueDone_->setText(QString::number(total));
     levelIndicatorQueue_->setMinValue(0);
@@ -132,21 +141,49 @@ void ProgressWindowController::updateQueueWaiting(qint32 waiting, qint32 done)
 
 void ProgressWindowController::startProgressIndicatorWithMaxValue(qint32 maxValue)
 {
-    progressLinksIndicator_->setRange(0, qMax(0, maxValue));
-    progressLinksIndicator_->setValue(0);
+    setProgressLinks(0, maxValue);
     redrawNow();
 }
 
 void ProgressWindowController::updateProgressIndicatorWithValue(qint32 value, qint32 maxValue)
 {
+    setProgressLinks(value, maxValue);
+    redrawNow();
+}
+
+void ProgressWindowController::setProgressLinks(qint32 value, qint32 maxValue)
+{
+    // A progress bar otherwise repaints itself at once for every value that moves it by a
+    // pixel: for a page's links that is every link.
+    holdPaint(progressLinksIndicator_);
     progressLinksIndicator_->setRange(0, qMax(0, maxValue));
     progressLinksIndicator_->setValue(value);
-    redrawNow();
 }
 
 void ProgressWindowController::vacuumPageInProgressWithURL(const QString& url)
 {
+    holdPaint(textFieldURLPageAnalysee_);
     textFieldURLPageAnalysee_->setText(url);
+}
+
+void ProgressWindowController::holdPaint(QWidget* field)
+{
+    if (!isVisible())
+        return;
+    if (field->updatesEnabled()) {
+        field->setUpdatesEnabled(false);
+        heldFields_.append(field);
+    }
+    if (!releaseHeld_.isActive())
+        releaseHeld_.start();
+}
+
+void ProgressWindowController::releaseHeldFields()
+{
+    releaseHeld_.stop();
+    for (QWidget* field : std::as_const(heldFields_))
+        field->setUpdatesEnabled(true);
+    heldFields_.clear();
 }
 
 void ProgressWindowController::redrawNow()
@@ -157,5 +194,6 @@ void ProgressWindowController::redrawNow()
         return;
     sinceRedraw_.start();
     ++immediateRedraws_;
+    releaseHeldFields();
     repaint();
 }

@@ -3,6 +3,8 @@
 #include "app/SheetWindowController.h"
 
 #include <QElapsedTimer>
+#include <QList>
+#include <QTimer>
 
 #include <memory>
 
@@ -57,6 +59,12 @@ private:
     // redrawn at once rather than at the next turn of the event loop, a few dozen times a
     // second at most.
     void redrawNow();
+    // The indicators change many times a second: between two redraws they take their values
+    // without painting (the event loop turns after every page), and are painted with the next
+    // redraw or when the redraw interval has passed.
+    void holdPaint(QWidget* field);
+    void releaseHeldFields();
+    void setProgressLinks(qint32 value, qint32 maxValue);
 
     ProgressControllerDelegate* delegate_;
     std::shared_ptr<Project> project_;
@@ -75,5 +83,7 @@ private:
     QLabel* labelLocURLEnCours_;
     QGroupBox* boxLocActions_;
     QElapsedTimer sinceRedraw_;
+    QTimer releaseHeld_;
+    QList<QWidget*> heldFields_;
     int immediateRedraws_ = 0;
 };
