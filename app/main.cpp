@@ -1,11 +1,27 @@
 // quillmere-gui: the desktop program.
-//   quillmere-gui [--data-dir DIR] [--demo]
+//   quillmere-gui [--data-dir DIR] [--demo] [--screenshot FILE] [--bench-crawl NAME]
 // --demo serves the built-in demo site on 127.0.0.1 and opens the project 'demo' on it,
 // ready for its start button.
+// --screenshot FILE (with --demo) presses the start button, waits for the crawl and the
+// vacuum that follows it to end (two minutes at most), selects the page that receives the
+// most links so that the links list has rows, lets the preview finish loading, then saves a
+// PNG of the main window as the screen shows it and quits. Status 0 when the file is
+// written, 1 with a message otherwise. The picture comes from the screen, not from the
+// widgets, so that it shows the preview: it needs a display, xvfb-run's will do.
+// --bench-crawl NAME opens the project NAME, crawls it from scratch from the start button
+// and quits, printing on standard output one line:
+//   bench-crawl pages=P seconds=S max_paint_gap_ms=G max_tick_gap_ms=T
+// P is the pages analysed, S the time from the button press to the end of the vacuum, G the
+// longest time between two paint events of the program's windows during it, T the longest
+// time between two ticks of a 5 ms timer (how long the event loop went without a turn).
 #include "app/AppDelegate.h"
+#include "app/DocumentsView.h"
 #include "app/MainViewController.h"
 #include "app/MainWindow.h"
+#include "app/ProgressView.h"
 #include "app/StandardTranslations.h"
+#include "app/WebPreviewPage.h"
+#include "crawler/CrawlStartDecision.h"
 #include "demo/DemoProject.h"
 #include "demo/DemoServer.h"
 #include "store/DataModelManager.h"
@@ -13,11 +29,140 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QElapsedTimer>
 #include <QMessageBox>
+#include <QPixmap>
+#include <QPushButton>
+#include <QScreen>
+#include <QTableView>
+#include <QTimer>
 
 #include <cstdio>
+#include <functional>
+#include <limits>
+#include <memory>
 
 #include <unistd.h>
+
+namespace {
+
+// Presses the progress panel's start button and calls back once the crawl and its vacuum
+// are over and the window is idle again, or once the time limit is reached. Meanwhile it
+// records the longest gaps between two paint events and between two heartbeat ticks.
+class ScriptedCrawl : public QObject {
+public:
+    ScriptedCrawl(AppDelegate& delegate, qint64 timeLimitMs, std::function<void(bool ended)> done)
+        : delegate_(delegate), timeLimitMs_(timeLimitMs), done_(std::move(done))
+    {
+        heartbeat_.setTimerType(Qt::PreciseTimer);
+        heartbeat_.setInterval(5);
+        QObject::connect(&heartbeat_, &QTimer::timeout, this, [this] {
+            const qint64 now = clock_.nsecsElapsed();
+            maxTickGapNs_ = std::max(maxTickGapNs_, now - lastTickNs_);
+            lastTickNs_ = now;
+            if (clock_.elapsed() > timeLimitMs_)
+                finish(false);
+        });
+    }
+
+    void start()
+    {
+        MainViewController* controller = delegate_.mainViewController();
+        QObject::connect(controller, &MainViewController::crawlFinished, this, [this] { crawlEnded_ = true; });
+        qApp->installEventFilter(this);
+        clock_.start();
+        lastTickNs_ = lastPaintNs_ = 0;
+        heartbeat_.start();
+        controller->progressView()->buttonLancer()->click();
+        // The crawl's end is followed by the operation's own last steps: wait until the
+        // queue is empty too.
+        idlePoll_.setInterval(10);
+        QObject::connect(&idlePoll_, &QTimer::timeout, this, [this] {
+            if (crawlEnded_ && !delegate_.mainViewController()->isBusy())
+                finish(true);
+        });
+        idlePoll_.start();
+    }
+
+    double seconds() const { return seconds_; }
+    qint64 maxPaintGapMs() const { return maxPaintGapNs_ / 1000000; }
+    qint64 maxTickGapMs() const { return maxTickGapNs_ / 1000000; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint && watched->isWidgetType()) {
+            const qint64 now = clock_.nsecsElapsed();
+            maxPaintGapNs_ = std::max(maxPaintGapNs_, now - lastPaintNs_);
+            lastPaintNs_ = now;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    void finish(bool ended)
+    {
+        if (finished_)
+            return;
+        finished_ = true;
+        seconds_ = double(clock_.nsecsElapsed()) / 1e9;
+        heartbeat_.stop();
+        idlePoll_.stop();
+        qApp->removeEventFilter(this);
+        done_(ended);
+    }
+
+    AppDelegate& delegate_;
+    qint64 timeLimitMs_;
+    std::function<void(bool)> done_;
+    QTimer heartbeat_;
+    QTimer idlePoll_;
+    QElapsedTimer clock_;
+    qint64 lastTickNs_ = 0;
+    qint64 lastPaintNs_ = 0;
+    qint64 maxTickGapNs_ = 0;
+    qint64 maxPaintGapNs_ = 0;
+    double seconds_ = 0;
+    bool crawlEnded_ = false;
+    bool finished_ = false;
+};
+
+// The row of the documents list whose page receives the most links (the first of them).
+int rowWithMostIncomingLinks(DocumentsView* view)
+{
+    int best = -1;
+    qint64 most = 0;
+    const auto& pages = view->arrayOfPages();
+    for (int row = 0; row < pages.size(); ++row) {
+        if (pages.at(row)->inLinkCount() > most) {
+            most = pages.at(row)->inLinkCount();
+            best = row;
+        }
+    }
+    return best;
+}
+
+// Calls back once the preview has finished loading, or after waitMs in any case, and then
+// after settleMs more for it to be painted.
+void whenPreviewLoaded(const bool& loaded, int waitMs, int settleMs, std::function<void()> then)
+{
+    auto* poll = new QTimer;
+    auto* waited = new QElapsedTimer;
+    waited->start();
+    QObject::connect(poll, &QTimer::timeout, [poll, waited, &loaded, waitMs, settleMs, then] {
+        if (!loaded && waited->elapsed() < waitMs)
+            return;
+        if (!loaded)
+            std::fprintf(stderr, "quillmere-gui: the preview had not finished loading after %d s\n", waitMs / 1000);
+        poll->stop();
+        poll->deleteLater();
+        delete waited;
+        QTimer::singleShot(settleMs, then);
+    });
+    poll->start(100);
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -36,14 +181,31 @@ int main(int argc, char** argv)
     parser.addVersionOption();
     QCommandLineOption dataDir(QStringLiteral("data-dir"), QStringLiteral("where the projects live"), QStringLiteral("DIR"));
     QCommandLineOption demo(QStringLiteral("demo"), QStringLiteral("serve the built-in demo site and open its project"));
+    QCommandLineOption screenshot(QStringLiteral("screenshot"),
+                                  QStringLiteral("with --demo: crawl, select a page, save the window as a PNG and quit"),
+                                  QStringLiteral("FILE"));
+    QCommandLineOption benchCrawl(QStringLiteral("bench-crawl"),
+                                  QStringLiteral("crawl the project from scratch, print the time taken and quit"),
+                                  QStringLiteral("NAME"));
     parser.addOption(dataDir);
     parser.addOption(demo);
+    parser.addOption(screenshot);
+    parser.addOption(benchCrawl);
     parser.process(app);
     if (parser.isSet(dataDir))
         DataModelManager::setDataDirectoryOverride(parser.value(dataDir));
+    if (parser.isSet(screenshot) && !parser.isSet(demo)) {
+        std::fprintf(stderr, "quillmere-gui: --screenshot goes with --demo\n");
+        return 2;
+    }
+    if (parser.isSet(benchCrawl) && (parser.isSet(demo) || parser.isSet(screenshot))) {
+        std::fprintf(stderr, "quillmere-gui: --bench-crawl goes without --demo and --screenshot\n");
+        return 2;
+    }
 
     AppDelegate delegate;
     delegate.applicationDidFinishLaunching();
+    MainViewController* controller = delegate.mainViewController();
 
     DemoServer server;
     if (parser.isSet(demo)) {
@@ -56,10 +218,72 @@ int main(int argc, char** argv)
             return 1;
         }
         std::fprintf(stderr, "Demo site served at %s\n", qPrintable(server.baseURL()));
-        delegate.mainViewController()->populateCurrentProject(project);
+        controller->populateCurrentProject(project);
     }
+    if (parser.isSet(benchCrawl)) {
+        ProjectPtr project = Project::getProjectWithName(parser.value(benchCrawl));
+        if (!project) {
+            std::fprintf(stderr, "quillmere-gui: no project named '%s'\n", qPrintable(parser.value(benchCrawl)));
+            return 2;
+        }
+        // From scratch: no alert about an earlier crawl.
+        if (CrawlStartDecision::situationForProject(project) != CrawlStartDecision::Situation::Fresh)
+            CrawlStartDecision::apply(CrawlStartDecision::Choice::Restart, project);
+        controller->populateCurrentProject(project);
+    }
+
+    // The status of a scripted run (screenshot, benchmark), once it is over.
+    int scriptedStatus = -1;
+    auto endScriptedRun = [&](int status) {
+        scriptedStatus = status;
+        delegate.quit();
+    };
+    bool previewLoaded = false;
+    QObject::connect(controller->webPage(), &QWebEnginePage::loadFinished, [&] { previewLoaded = true; });
+
+    std::unique_ptr<ScriptedCrawl> scripted;
+    if (parser.isSet(screenshot)) {
+        const QString file = parser.value(screenshot);
+        scripted = std::make_unique<ScriptedCrawl>(delegate, 120000, [&, file](bool ended) {
+            if (!ended) {
+                std::fprintf(stderr, "quillmere-gui: the demo crawl did not end within 120 s\n");
+                endScriptedRun(1);
+                return;
+            }
+            DocumentsView* documents = controller->documentsView();
+            const int row = rowWithMostIncomingLinks(documents);
+            if (row >= 0) {
+                documents->documentsTableView()->selectRow(row);
+                documents->documentsTableView()->scrollTo(documents->documentsTableView()->model()->index(row, 0));
+            }
+            whenPreviewLoaded(previewLoaded, 10000, 1500, [&, file] {
+                MainWindow* window = delegate.window();
+                QScreen* screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
+                const QPixmap shot = screen ? screen->grabWindow(window->winId()) : QPixmap();
+                if (shot.isNull() || !shot.save(file, "PNG")) {
+                    std::fprintf(stderr, "quillmere-gui: could not grab the window into %s\n", qPrintable(file));
+                    endScriptedRun(1);
+                    return;
+                }
+                std::fprintf(stderr, "Screenshot (%dx%d) saved in %s\n", shot.width(), shot.height(), qPrintable(file));
+                endScriptedRun(0);
+            });
+        });
+    } else if (parser.isSet(benchCrawl)) {
+        scripted = std::make_unique<ScriptedCrawl>(delegate, std::numeric_limits<qint64>::max(), [&](bool) {
+            std::printf("bench-crawl pages=%d seconds=%.3f max_paint_gap_ms=%lld max_tick_gap_ms=%lld\n",
+                        controller->currentProject() ? controller->currentProject()->pages_count() : 0, scripted->seconds(),
+                        static_cast<long long>(scripted->maxPaintGapMs()),
+                        static_cast<long long>(scripted->maxTickGapMs()));
+            std::fflush(stdout);
+            endScriptedRun(0);
+        });
+    }
+
     delegate.window()->show();
+    if (scripted)
+        QTimer::singleShot(0, scripted.get(), [&] { scripted->start(); });
     const int status = QApplication::exec();
     server.stop();
-    return status;
+    return scriptedStatus >= 0 ? scriptedStatus : status;
 }
