@@ -143,11 +143,12 @@ DocumentsView::DocumentsView(QWidget* parent) : QGroupBox(parent)
     connect(documentsTableView_, &QWidget::customContextMenuRequested, this, [this](const QPoint& pos) {
         menuNeedsUpdate(documentsTableView_->indexAt(pos).row())->exec(documentsTableView_->viewport()->mapToGlobal(pos));
     });
-    // A row chosen with the mouse or the keyboard shows its links.
-    connect(documentsTableView_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex& current) {
-                if (current.isValid())
-                    tableViewShouldSelectRow(current.row());
+    // A row selected with the mouse or the keyboard; not the row made current without a
+    // selection when the table takes the focus.
+    connect(documentsTableView_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this](const QItemSelection& selected) {
+                if (!selected.indexes().isEmpty())
+                    tableViewShouldSelectRow(selected.indexes().first().row());
             });
 
     auto* layout = new QVBoxLayout(this);

@@ -139,10 +139,12 @@ LinksView::LinksView(QWidget* parent) : QGroupBox(parent)
     connect(linksTableView_, &QWidget::customContextMenuRequested, this, [this](const QPoint& pos) {
         menuNeedsUpdate(linksTableView_->indexAt(pos).row())->exec(linksTableView_->viewport()->mapToGlobal(pos));
     });
-    connect(linksTableView_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex& current) {
-                if (current.isValid())
-                    tableViewShouldSelectRow(current.row());
+    // A row selected with the mouse or the keyboard; not the row made current without a
+    // selection when the table takes the focus.
+    connect(linksTableView_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this](const QItemSelection& selected) {
+                if (!selected.indexes().isEmpty())
+                    tableViewShouldSelectRow(selected.indexes().first().row());
             });
 
     auto* layout = new QVBoxLayout(this);

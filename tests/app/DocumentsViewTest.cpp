@@ -286,3 +286,17 @@ TEST_F(DocumentsViewTest, ClosingTheProjectEmptiesTheRowsButKeepsTheTitle)
 }
 
 } // namespace
+
+TEST_F(DocumentsViewTest, FocusAloneSelectsNoPage)
+{
+    // Taking the focus makes a row current without selecting it: no links are shown until
+    // the user picks a row.
+    view->refreshTableViewWithFilter(0);
+    table->clearFocus();
+    table->setFocus(Qt::TabFocusReason);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(view->selectedRow(), -1);
+    EXPECT_EQ(s->app.linksView()->numberOfRowsInTableView(), 0);
+    QTest::keyClick(table, Qt::Key_Down);
+    EXPECT_GE(view->selectedRow(), 0);
+}
