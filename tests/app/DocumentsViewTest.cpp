@@ -292,9 +292,14 @@ TEST_F(DocumentsViewTest, FocusAloneSelectsNoPage)
     // Taking the focus makes a row current without selecting it: no links are shown until
     // the user picks a row.
     view->refreshTableViewWithFilter(0);
+    s->app.window()->show();
+    QApplication::setActiveWindow(s->app.window());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(s->app.window()));
     table->clearFocus();
     table->setFocus(Qt::TabFocusReason);
     QCoreApplication::processEvents();
+    ASSERT_TRUE(table->hasFocus());
+    ASSERT_TRUE(table->currentIndex().isValid());
     EXPECT_EQ(view->selectedRow(), -1);
     EXPECT_EQ(s->app.linksView()->numberOfRowsInTableView(), 0);
     QTest::keyClick(table, Qt::Key_Down);
