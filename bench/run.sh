@@ -19,47 +19,7 @@ done
 "$root/scripts/install-deps.sh" --bench
 "$root/scripts/build.sh" release -DQUILLMERE_BUILD_TESTS=OFF >/dev/null
 quillmere="$root/build/release/cli/quillmere"
-work="$(mktemp -d /tmp/quillmere-bench.XXXXXX)"
-nginx_pid=""
-cleanup() {
-  [ -n "$nginx_pid" ] && kill "$nginx_pid" 2>/dev/null || true
-  rm -rf "$work"
-}
-trap cleanup EXIT
-
-port=$(python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1",0)); print(s.getsockname()[1])')
-host="127.0.0.1:$port"
-
-start_nginx() {  # site directory
-  mkdir -p "$work/nginx/logs"
-  cat > "$work/nginx/nginx.conf" <<CONF
-worker_processes 1;
-daemon off;
-user root;
-error_log $work/nginx/logs/error.log warn;
-pid $work/nginx/nginx.pid;
-events { worker_connections 1024; }
-http {
-  access_log off;
-  types { text/html html; image/png png; text/plain txt; }
-  default_type application/octet-stream;
-  keepalive_timeout 30;
-  server {
-    listen 127.0.0.1:$port;
-    root $1;
-    index index.html;
-  }
-}
-CONF
-  nginx -c "$work/nginx/nginx.conf" -p "$work/nginx" &
-  nginx_pid=$!
-  for _ in $(seq 50); do curl -sf -o /dev/null "http://$host/" && return 0; sleep 0.1; done
-  echo "nginx did not start" >&2; exit 1
-}
-stop_nginx() { kill "$nginx_pid" 2>/dev/null || true; wait "$nginx_pid" 2>/dev/null || true; nginx_pid=""; }
-
-seconds() { python3 -c "import sys; print(f'{float(sys.argv[1]):.2f}')" "$1"; }
-ratio() { python3 -c "import sys; a,b=map(float,sys.argv[1:]); print(f'{a/b:.2f}' if b else 'n/a')" "$1" "$2"; }
+source "$root/bench/lib.sh"
 
 results=()
 for n in "${sizes[@]}"; do
