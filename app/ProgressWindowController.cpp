@@ -46,7 +46,8 @@ ProgressWindowController::ProgressWindowController(ProgressControllerDelegate* d
     progressLinksIndicator_->setTextVisible(false);
     buttonStop_ = new QPushButton;
     buttonStop_->setObjectName(QStringLiteral("buttonStop"));
-    buttonStop_->setDefault(true);
+    // Return must not stop hours of crawling by accident: only a click or Escape does.
+    buttonStop_->setAutoDefault(false);
     connect(buttonStop_, &QPushButton::clicked, this, [this] { actionStop(); });
 
     boxLocProgression_ = new QGroupBox;

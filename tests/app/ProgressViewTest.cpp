@@ -11,6 +11,7 @@
 
 #include <QGroupBox>
 #include <QProgressBar>
+#include <QTest>
 
 #include <algorithm>
 
@@ -236,6 +237,19 @@ TEST_F(ProgressSheetTest, ShownOnItsWindowAndClosedAtOnceByStop)
 
     EXPECT_FALSE(sheet->isVisible());
     EXPECT_EQ(sheet->result(), 1);
+    EXPECT_EQ(delegate.stops, 1);
+}
+
+TEST_F(ProgressSheetTest, EscapeStopsButReturnDoesNot)
+{
+    sheet->displaySheetInWindow(&parent);
+    ASSERT_TRUE(sheet->isVisible());
+    QTest::keyClick(sheet, Qt::Key_Return);
+    EXPECT_TRUE(sheet->isVisible());
+    EXPECT_EQ(delegate.stops, 0);
+
+    QTest::keyClick(sheet, Qt::Key_Escape);
+    EXPECT_FALSE(sheet->isVisible());
     EXPECT_EQ(delegate.stops, 1);
 }
 
