@@ -107,8 +107,9 @@ TEST_F(CrawlQueueTest, RobotsTxtAddressLosesTheHostAndIsNeverRequested)
 
     // The fetch of "http:/127.0.0.1:PORT/robots.txt" fails before reaching any server.
     EXPECT_EQ(only(delegate->calls(), {"downloaderDidStart", "trace:Pas de fichier robots.txt", "downloaderDidEnd"}),
-                lines("downloaderDidStart", "trace:Pas de fichier robots.txt", "downloaderDidEnd"));
-    EXPECT_EQ(lineAt(delegate->calls(), 1), "trace:Pas de fichier robots.txt");
+                traced(lines("downloaderDidStart", "trace:Pas de fichier robots.txt", "downloaderDidEnd")));
+    if (kDebugTraceEnabled)  // read right after the start, before the queue is walked
+        EXPECT_EQ(lineAt(delegate->calls(), 1), "trace:Pas de fichier robots.txt");
     EXPECT_EQ(site.hits("/robots.txt"), 0);
     EXPECT_EQ(operation->arrayOfDisallowedURLs(), nullptr);
     // So the disallowed page is crawled like any other.
@@ -242,7 +243,7 @@ TEST_F(CrawlQueueTest, ContinueModeWithAnEmptyQueueStartsReadsRobotsTxtAndEnds)
     resume();
 
     EXPECT_EQ(delegate->calls(),
-                lines("downloaderDidStart", "trace:Pas de fichier robots.txt", "downloaderDidEnd"));
+                traced(lines("downloaderDidStart", "trace:Pas de fichier robots.txt", "downloaderDidEnd")));
     EXPECT_EQ(site.server.requestCount(), 0u);
     EXPECT_EQ(db->count("Page"), 0);
     EXPECT_EQ(db->count("DownloaderQueue"), 0);
