@@ -47,7 +47,7 @@ LinkHeadersPtr LinkHeaders::createLinkHeadersWithURL(const QString& url, const Q
     bindInt(stmt, 3, contentLength.value_or(0));
     bindInt(stmt, 4, downloadedLength.value_or(0));
     LinkHeadersPtr headers;
-    if (sqlite3_step(stmt) == SQLITE_DONE)
+    if (step(stmt, project) == SQLITE_DONE)
         headers = std::make_shared<LinkHeaders>(url, contentType, contentLength, downloadedLength, project);
     finish(stmt);
     return headers;
@@ -63,7 +63,7 @@ LinkHeadersPtr LinkHeaders::getLinkHeadersWithURL(const QString& url, const Proj
     }
     bindText(stmt, 1, url);
     LinkHeadersPtr headers;
-    if (sqlite3_step(stmt) != SQLITE_DONE)
+    if (step(stmt, project) != SQLITE_DONE)
         headers = linkHeadersFromStatement(stmt, project);
     finish(stmt);
     return headers;

@@ -19,10 +19,10 @@ const char* const kMarkDone = "update DownloaderQueue set perform_done=1 where i
 const char* const kMarkWaiting = "update DownloaderQueue set perform_done=0 where idt=?";
 
 // Keeps the value of the last row read.
-qint64 countValue(sqlite3_stmt* stmt)
+qint64 countValue(sqlite3_stmt* stmt, const ProjectPtr& project)
 {
     qint64 count = 0;
-    while (sqlite3_step(stmt) != SQLITE_DONE)
+    while (nextRow(stmt, project))
         count = columnInt(stmt, 0);
     finish(stmt);
     return count;
@@ -60,7 +60,7 @@ QuillmereDownloaderQueuePtr QuillmereDownloaderQueue::createDownloaderQueueWithU
     bindText(stmt, 3, documentName);
     bindInt(stmt, 4, depth);
     QuillmereDownloaderQueuePtr entry;
-    if (sqlite3_step(stmt) == SQLITE_DONE) {
+    if (step(stmt, project) == SQLITE_DONE) {
         entry = std::make_shared<QuillmereDownloaderQueue>(sqlite3_last_insert_rowid(db), url, path, documentName,
                                                            depth, false, project);
     }
@@ -78,7 +78,7 @@ QList<QuillmereDownloaderQueuePtr> QuillmereDownloaderQueue::getAllWaitingDownlo
         return {};
     }
     QList<QuillmereDownloaderQueuePtr> entries;
-    while (sqlite3_step(stmt) != SQLITE_DONE)
+    while (nextRow(stmt, project))
         entries.append(downloaderQueueFromStatement(stmt, project));
     finish(stmt);
     return entries;
@@ -92,7 +92,7 @@ qint64 QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(const Pro
         DebugTrace("countWaitingDownloaderQueueForProject Error::%s", sqlite3_errmsg(db));
         return 0;
     }
-    return countValue(stmt);
+    return countValue(stmt, project);
 }
 
 qint64 QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(const ProjectPtr& project)
@@ -104,7 +104,7 @@ qint64 QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(const Projec
         DebugTrace("countWaitingDownloaderQueueForProject Error::%s", sqlite3_errmsg(db));
         return 0;
     }
-    return countValue(stmt);
+    return countValue(stmt, project);
 }
 
 bool QuillmereDownloaderQueue::pageURLIsAlreadyInQueue(const QString& url, const ProjectPtr& project)
@@ -117,7 +117,7 @@ bool QuillmereDownloaderQueue::pageURLIsAlreadyInQueue(const QString& url, const
     }
     bindText(stmt, 1, url);
     bool found = false;
-    if (sqlite3_step(stmt) != SQLITE_DONE)
+    if (step(stmt, project) != SQLITE_DONE)
         found = columnInt(stmt, 0) > 0;
     finish(stmt);
     return found;
@@ -134,14 +134,15 @@ QuillmereDownloaderQueuePtr QuillmereDownloaderQueue::downloaderQueueFromStateme
 
 void QuillmereDownloaderQueue::updatePerformDoneWithBooleanValue(bool value)
 {
-    sqlite3* db = databaseOf(project_.lock());
+    const ProjectPtr owner = project_.lock();
+    sqlite3* db = databaseOf(owner);
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, value ? kMarkDone : kMarkWaiting, &stmt)) {
         DebugTrace("updatePerformDoneWithBooleanValue Error::%s", sqlite3_errmsg(db));
         return;
     }
     bindInt(stmt, 1, idt_);
-    sqlite3_step(stmt);
+    step(stmt, owner);
     finish(stmt);
 }
 

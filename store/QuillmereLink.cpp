@@ -45,7 +45,7 @@ QuillmereLinkPtr QuillmereLink::createLinkWithPageSource(const QuillmerePagePtr&
     bindText(stmt, 3, anchor);
     bindInt(stmt, 4, counter);
     QuillmereLinkPtr link;
-    if (sqlite3_step(stmt) == SQLITE_DONE) {
+    if (step(stmt, project) == SQLITE_DONE) {
         link = std::make_shared<QuillmereLink>(identifierOf(target), identifierOf(source), anchor, counter, project);
         link->setCachedPage(target);
         link->setCachedPageSource(source);
@@ -63,7 +63,7 @@ void QuillmereLink::removeAllLinksWithTarget(const QuillmerePagePtr& target, con
         return;
     }
     bindInt(stmt, 1, identifierOf(target));
-    sqlite3_step(stmt);
+    step(stmt, project);
     finish(stmt);
 }
 
@@ -79,7 +79,7 @@ QList<QuillmereLinkPtr> QuillmereLink::getSourcesLinksFromPage(const QuillmerePa
     }
     bindInt(stmt, 1, identifierOf(target));
     QList<QuillmereLinkPtr> links;
-    while (sqlite3_step(stmt) != SQLITE_DONE)
+    while (nextRow(stmt, project))
         links.append(linkFromStatement(stmt, project));
     finish(stmt);
     return links;

@@ -24,7 +24,7 @@ QList<QuillmereLinkPagePtr> sourcesLinksOfIdentifier(qint64 identifier, const Pr
     }
     bindInt(stmt, 1, identifier);
     QList<QuillmereLinkPagePtr> pairs;
-    while (sqlite3_step(stmt) != SQLITE_DONE) {
+    while (nextRow(stmt, project)) {
         pairs.append(std::make_shared<QuillmereLinkPage>(QuillmereLinkPage::pageFromStatement(stmt, project),
                                                          QuillmereLinkPage::linkFromStatement(stmt, project)));
     }

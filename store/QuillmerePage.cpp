@@ -83,27 +83,27 @@ QString error404Title()
 QuillmerePagePtr singlePage(sqlite3_stmt* stmt, const ProjectPtr& project)
 {
     QuillmerePagePtr page;
-    if (sqlite3_step(stmt) != SQLITE_DONE)
+    if (step(stmt, project) != SQLITE_DONE)
         page = QuillmerePage::pageFromStatement(stmt, project);
     finish(stmt);
     return page;
 }
 
-// Steps until done; an error result is read as one more row.
+// Steps while rows come; a failed step ends the list (and is noted).
 QList<QuillmerePagePtr> pageList(sqlite3_stmt* stmt, const ProjectPtr& project)
 {
     QList<QuillmerePagePtr> pages;
-    while (sqlite3_step(stmt) != SQLITE_DONE)
+    while (nextRow(stmt, project))
         pages.append(QuillmerePage::pageFromStatement(stmt, project));
     finish(stmt);
     return pages;
 }
 
 // Keeps the value of the last row read.
-qint64 countValue(sqlite3_stmt* stmt)
+qint64 countValue(sqlite3_stmt* stmt, const ProjectPtr& project)
 {
     qint64 count = 0;
-    while (sqlite3_step(stmt) != SQLITE_DONE)
+    while (nextRow(stmt, project))
         count = columnInt(stmt, 0);
     finish(stmt);
     return count;
@@ -156,7 +156,7 @@ QuillmerePagePtr QuillmerePage::createPageWithPath(const QString& path, const QS
     bindText(stmt, 4, url);
     bindInt(stmt, 5, depth);
     QuillmerePagePtr page;
-    if (sqlite3_step(stmt) == SQLITE_DONE) {
+    if (step(stmt, project) == SQLITE_DONE) {
         page = std::make_shared<QuillmerePage>(sqlite3_last_insert_rowid(db), path, name, title, url, 0, 0, 0, 0, 0,
                                                depth, 0.0, project);
     }
@@ -313,7 +313,7 @@ qint64 QuillmerePage::countPagesForProject(const ProjectPtr& project)
         DebugTrace("countPagesForProject Error::%s", sqlite3_errmsg(db));
         return 0;
     }
-    return countValue(stmt);
+    return countValue(stmt, project);
 }
 
 qint64 QuillmerePage::countVacuumPagesForProject(const ProjectPtr& project)
@@ -324,7 +324,7 @@ qint64 QuillmerePage::countVacuumPagesForProject(const ProjectPtr& project)
         DebugTrace("countVacuumPagesForProject Error::%s", sqlite3_errmsg(db));
         return 0;
     }
-    return countValue(stmt);
+    return countValue(stmt, project);
 }
 
 // --- SQL-side updates ---
@@ -337,7 +337,7 @@ void QuillmerePage::performWeightForProject(const ProjectPtr& project)
         DebugTrace("performWeightForProject Error::%s", sqlite3_errmsg(db));
         return;
     }
-    sqlite3_step(stmt);
+    step(stmt, project);
     finish(stmt);
 }
 
@@ -350,7 +350,7 @@ void QuillmerePage::decOutLinkCountWithPageIdentifier(qint32 identifier, const P
         return;
     }
     bindInt(stmt, 1, identifier);
-    sqlite3_step(stmt);
+    step(stmt, project);
     finish(stmt);
 }
 
@@ -370,7 +370,8 @@ QuillmerePagePtr QuillmerePage::pageFromStatement(sqlite3_stmt* statement, const
 
 void QuillmerePage::updatePageTitle(const QString& title)
 {
-    sqlite3* db = databaseOf(project_.lock());
+    const ProjectPtr owner = project_.lock();
+    sqlite3* db = databaseOf(owner);
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, kUpdateTitle, &stmt)) {
         DebugTrace("updatePageTitle Error::%s", sqlite3_errmsg(db));
@@ -378,7 +379,7 @@ void QuillmerePage::updatePageTitle(const QString& title)
     }
     bindText(stmt, 1, title);
     bindInt(stmt, 2, idt_);
-    if (sqlite3_step(stmt) == SQLITE_DONE)
+    if (step(stmt, owner) == SQLITE_DONE)
         title_ = title;
     finish(stmt);
 }
@@ -387,7 +388,8 @@ void QuillmerePage::updatePageTitle(const QString& title)
 // record is the authority while a crawl runs.
 void QuillmerePage::incInLinkCount()
 {
-    sqlite3* db = databaseOf(project_.lock());
+    const ProjectPtr owner = project_.lock();
+    sqlite3* db = databaseOf(owner);
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, kUpdateInLinkCount, &stmt)) {
         DebugTrace("incInLinkCount Error::%s", sqlite3_errmsg(db));
@@ -395,14 +397,15 @@ void QuillmerePage::incInLinkCount()
     }
     bindInt(stmt, 1, inLinkCount_ + 1);
     bindInt(stmt, 2, idt_);
-    if (sqlite3_step(stmt) == SQLITE_DONE)
+    if (step(stmt, owner) == SQLITE_DONE)
         inLinkCount_ = inLinkCount_ + 1;
     finish(stmt);
 }
 
 void QuillmerePage::incOutLinkCount()
 {
-    sqlite3* db = databaseOf(project_.lock());
+    const ProjectPtr owner = project_.lock();
+    sqlite3* db = databaseOf(owner);
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, kUpdateOutLinkCount, &stmt)) {
         DebugTrace("incOutLinkCount Error::%s", sqlite3_errmsg(db));
@@ -410,7 +413,7 @@ void QuillmerePage::incOutLinkCount()
     }
     bindInt(stmt, 1, outLinkCount_ + 1);
     bindInt(stmt, 2, idt_);
-    if (sqlite3_step(stmt) == SQLITE_DONE)
+    if (step(stmt, owner) == SQLITE_DONE)
         outLinkCount_ = outLinkCount_ + 1;
     finish(stmt);
 }
@@ -421,14 +424,15 @@ void QuillmerePage::stepFlagUpdate(sqlite3_stmt* statement, bool value)
 {
     bindInt(statement, 1, value ? 1 : 0);
     bindInt(statement, 2, idt_);
-    if (sqlite3_step(statement) == SQLITE_DONE)
+    if (step(statement, project_.lock()) == SQLITE_DONE)
         outLinkCount_ = outLinkCount_ + 1;
     finish(statement);
 }
 
 void QuillmerePage::updateIsNoIndex(bool value)
 {
-    sqlite3* db = databaseOf(project_.lock());
+    const ProjectPtr owner = project_.lock();
+    sqlite3* db = databaseOf(owner);
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, kUpdateIsNoIndex, &stmt)) {
         DebugTrace("updateIsNoIndex Error::%s", sqlite3_errmsg(db));
@@ -439,7 +443,8 @@ void QuillmerePage::updateIsNoIndex(bool value)
 
 void QuillmerePage::updateIsNoFollow(bool value)
 {
-    sqlite3* db = databaseOf(project_.lock());
+    const ProjectPtr owner = project_.lock();
+    sqlite3* db = databaseOf(owner);
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, kUpdateIsNoFollow, &stmt)) {
         DebugTrace("updateIsNoFollow Error::%s", sqlite3_errmsg(db));
@@ -450,7 +455,8 @@ void QuillmerePage::updateIsNoFollow(bool value)
 
 void QuillmerePage::updateIsCanonical(bool value)
 {
-    sqlite3* db = databaseOf(project_.lock());
+    const ProjectPtr owner = project_.lock();
+    sqlite3* db = databaseOf(owner);
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, kUpdateIsCanonical, &stmt)) {
         DebugTrace("updateIsCanonical Error::%s", sqlite3_errmsg(db));
@@ -468,7 +474,7 @@ void QuillmerePage::removeFromProject(const ProjectPtr& project)
         return;
     }
     bindInt(stmt, 1, idt_);
-    sqlite3_step(stmt);
+    step(stmt, project);
     finish(stmt);
 }
 

@@ -4,6 +4,7 @@
 // conversions between Qt strings and the library's UTF-8 text in one place.
 
 #include "store/Project.h"
+#include "store/SQLite3Wrapper.h"
 
 #include <QString>
 
@@ -60,6 +61,31 @@ inline QString columnText(sqlite3_stmt* stmt, int column)
 inline qint64 columnInt(sqlite3_stmt* stmt, int column)
 {
     return sqlite3_column_int(stmt, column);
+}
+
+// One step. An answer other than a row or done is a failure of the file or of its lock (damaged
+// pages, an I/O error, a lock held too long), noted on the project's database for whoever shows
+// the answer. A row the table refuses (a constraint) is no such failure: the record operation
+// answers it as before.
+inline int step(sqlite3_stmt* stmt, const ProjectPtr& project)
+{
+    const int rc = sqlite3_step(stmt);
+    if (rc == SQLITE_ROW || rc == SQLITE_DONE || (rc & 0xff) == SQLITE_CONSTRAINT)
+        return rc;
+    sqlite3* db = sqlite3_db_handle(stmt);
+    int code = sqlite3_extended_errcode(db);
+    if ((code & 0xff) != (rc & 0xff))
+        code = rc;  // another thread's statement spoke since
+    if (const auto wrapper = project ? project->database() : nullptr)
+        wrapper->noteStepFailure(code, QString::fromUtf8(sqlite3_errstr(code)));
+    return rc;
+}
+
+// The loop condition of the multi-row queries: a row, and nothing else, goes on. A failed step
+// must end the loop: stepping again would start the statement over from its first row.
+inline bool nextRow(sqlite3_stmt* stmt, const ProjectPtr& project)
+{
+    return step(stmt, project) == SQLITE_ROW;
 }
 
 inline void finish(sqlite3_stmt* stmt)
