@@ -180,7 +180,12 @@ int runCrawl(CliContext& context)
     ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
     if (!project)
         return status;
-    if (!CrawlStartDecision::apply(decide(context, project, &status), project))
+    const Choice choice = decide(context, project, &status);
+    // The decision counts pages and queue entries: counts that failed must not lead to a
+    // restart's deletes or to a fresh start over old pages.
+    if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
+        return failed;
+    if (!CrawlStartDecision::apply(choice, project))
         return status;
     return crawlAndReport(project);
 }
@@ -250,6 +255,8 @@ int runVacuum(CliContext& context)
         controller->progress().finish();
         cleaned = QuillmerePage::getAllVacuumPagesForProject(project).size();
     }
+    if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Write))
+        return failed;
     printOut(QStringLiteral("Vacuumed '%1': %2 non-HTML pages taken off the links-sent counts of the pages linking to them\n")
                  .arg(project->name())
                  .arg(cleaned));

@@ -123,6 +123,8 @@ int runShow(CliContext& context)
                .arg(QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project));
     out += QStringLiteral("Database:       %1\n").arg(project->full_sqlite_name());
     out += filterCounts(project);
+    if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
+        return failed;
     printOut(out);
     return ExitOk;
 }
@@ -146,6 +148,8 @@ int runPages(CliContext& context)
                        Localization::localizedString("DocumentViewColumnReceived"),
                        Localization::localizedString("DocumentViewColumnLinksOut"),
                        Localization::localizedString("DocumentViewColumnWeight")});
+    if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
+        return failed;
     for (const auto& p : pages)
         table.addRow({p->url(), p->title(), p->depth(), p->inLinkCount(), p->outLinkCount(), p->weight()});
     printOut(table.render(format, PageFilter::title(filter, quint64(pages.size()))));
@@ -165,9 +169,13 @@ int runLinks(CliContext& context)
     if (url.isEmpty())
         return failWith(ExitUsage, QStringLiteral("the URL is empty"));
     const QuillmerePagePtr page = QuillmerePage::getPageFromURL(url, project);
+    if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
+        return failed;
     if (!page)
         return failWith(ExitUsage, QStringLiteral("no page with the URL %1 in '%2'").arg(url, project->name()));
     const QList<QuillmereLinkPagePtr> links = QuillmereLinkPage::getSourcesLinksFromPage(page, project);
+    if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
+        return failed;
     TableOutput table({QStringLiteral("anchor"), QStringLiteral("url"), QStringLiteral("depth"), QStringLiteral("outLinkCount")},
                       {Localization::localizedString("LinkViewColumnAnchor"), Localization::localizedString("LinkViewColumnURL"),
                        Localization::localizedString("LinkViewColumnDepth"),
