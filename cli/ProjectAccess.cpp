@@ -3,6 +3,7 @@
 #include "store/DataModelManager.h"
 #include "store/DatabaseFileCheck.h"
 #include "store/Project.h"
+#include "store/ProjectFilePaths.h"
 #include "store/SQLite3Wrapper.h"
 
 #include <QFileInfo>
@@ -36,6 +37,8 @@ std::shared_ptr<Project> open(CliContext& context, const QString& name, Need nee
         failWith(ExitUsage, QStringLiteral("no project named '%1' (see 'quillmere projects')").arg(name));
         return nullptr;
     }
+    if (!filesStayInDataDirectory(context, *project, status))
+        return nullptr;
     const QString directory = manager->applicationFilesDirectory();
     if (need == Need::Write && !directoryIsWritable(directory)) {
         failWith(ExitUsage, QStringLiteral("the data directory %1 cannot be written").arg(directory));
@@ -65,6 +68,19 @@ std::shared_ptr<Project> open(CliContext& context, const QString& name, Need nee
     }
     *status = ExitOk;
     return project;
+}
+
+bool filesStayInDataDirectory(CliContext& context, const Project& project, int* status)
+{
+    DataModelManager* manager = context.appDelegate->dataModelManager();
+    const QString escaping = ProjectFilePaths::escapingPath(*manager, project);
+    if (escaping.isNull())
+        return true;
+    *status = failWith(ExitUsage, QStringLiteral("the project registry %1 is damaged: the files of the project '%2' would "
+                                                 "lie outside the data directory %3 (%4); nothing was done")
+                                      .arg(manager->storeFilePath(), project.name(),
+                                           manager->applicationFilesDirectory(), escaping));
+    return false;
 }
 
 int databaseFailureStatus(const std::shared_ptr<Project>& project, Need need)

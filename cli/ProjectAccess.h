@@ -12,6 +12,10 @@ namespace ProjectAccess {
 enum class Need { Read, Write };
 std::shared_ptr<Project> open(CliContext& context, const QString& name, Need need, int* status);
 
+// A registry row whose files would lie outside the data directory comes from a damaged
+// registry: says so, sets *status and answers false.
+bool filesStayInDataDirectory(CliContext& context, const Project& project, int* status);
+
 // After a command has read (or written) the project's database: when one of its statements
 // failed, the answers are not whole. Says why and answers the exit status; ExitOk otherwise.
 int databaseFailureStatus(const std::shared_ptr<Project>& project, Need need);

@@ -1,5 +1,6 @@
 #include "cli/ProjectCommands.h"
 
+#include "cli/ProjectAccess.h"
 #include "store/DataModelManager.h"
 #include "store/DateFormatter.h"
 #include "store/ManagedObjectContext.h"
@@ -167,6 +168,8 @@ int runDelete(CliContext& context)
     ProjectPtr project = Project::getProjectWithName(name);
     if (!project)
         return failWith(ExitUsage, QStringLiteral("no project named '%1'").arg(name));
+    if (int refused = ExitOk; !ProjectAccess::filesStayInDataDirectory(context, *project, &refused))
+        return refused;
     project->closeSQLiteDatabase();
     Project::deleteProjectWithName(name);
     if (Project::getProjectWithName(name) == project)

@@ -95,6 +95,11 @@ QString DataModelManager::applicationFilesDirectory() const
     return appendComponent(base, applicationIdentifier());
 }
 
+QString DataModelManager::storeFilePath() const
+{
+    return appendComponent(applicationFilesDirectory(), QStringLiteral("Quillmere.storedata"));
+}
+
 const ManagedObjectModel* DataModelManager::managedObjectModel()
 {
     if (!managedObjectModel_)
@@ -134,7 +139,7 @@ PersistentStoreCoordinator* DataModelManager::persistentStoreCoordinator()
 
     auto coordinator = std::make_unique<PersistentStoreCoordinator>(model);
     AppError error;
-    if (!coordinator->addSQLiteStoreAtPath(appendComponent(directory, QStringLiteral("Quillmere.storedata")), &error)) {
+    if (!coordinator->addSQLiteStoreAtPath(storeFilePath(), &error)) {
         appDelegate_->presentError(error);
         return nullptr;
     }

@@ -23,6 +23,8 @@ public:
     static void setDataDirectoryOverride(const QString& directory);
     static QString applicationIdentifier();
     QString applicationFilesDirectory() const;
+    // The registry store: "Quillmere.storedata" in the application files directory.
+    QString storeFilePath() const;
 
     const ManagedObjectModel* managedObjectModel();
     PersistentStoreCoordinator* persistentStoreCoordinator();

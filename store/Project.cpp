@@ -6,6 +6,7 @@
 #include "store/DateFormatter.h"
 #include "store/DebugTrace.h"
 #include "store/ManagedObjectContext.h"
+#include "store/ProjectFilePaths.h"
 #include "store/SQLite3Wrapper.h"
 
 #include <sqlite3.h>
@@ -54,6 +55,13 @@ void deleteProjectFiles(Project& project)
     DataModelManager* m = manager();
     if (!m)
         return;
+    // A damaged row may name files outside the data directory (or the directory itself):
+    // then none of its files is removed.
+    const QString escaping = ProjectFilePaths::escapingPath(*m, project);
+    if (!escaping.isNull()) {
+        DebugTrace("deleteProjectFiles refused: %s lies outside its place", qPrintable(escaping));
+        return;
+    }
     m->deleteLogFileNameWithProjectName(project.name());
     m->deleteLogErrorsFileNameWithProjectName(project.name());
     m->deleteHtmlLocalFilesWithProjectName(project.name());

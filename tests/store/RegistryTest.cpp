@@ -280,6 +280,50 @@ TEST(Registry, AStoreFileThatIsNotADatabaseIsReported)
     DataModelManager::setDataDirectoryOverride(QString());
 }
 
+// Deleting a row that names files outside the data directory (a damaged registry) removes
+// the row but none of those files.
+TEST(Registry, DeleteNeverRemovesFilesOutsideTheDataDirectory)
+{
+    QTemporaryDir root;
+    const QString data = root.path() + "/data";
+    DataModelManager::setDataDirectoryOverride(data);
+    RecordingErrorPresenter presenter;
+    {
+        CoreAppDelegate delegate(&presenter);
+        DataModelManager* m = delegate.dataModelManager();
+        ProjectPtr kept = makeProject(QStringLiteral("kept"));
+        ASSERT_TRUE(kept);
+        kept->closeSQLiteDatabase();
+        ProjectPtr p = makeProject(QStringLiteral("ok"));
+        ASSERT_TRUE(p);
+        p->closeSQLiteDatabase();
+        p->setName(QStringLiteral("../outside"));
+        p->setSqlite_name(QStringLiteral("../outside.sqlite"));
+        ASSERT_TRUE(delegate.saveContext());
+        for (const QString& file : {root.path() + "/outside.sqlite", root.path() + "/outside_errors.log"}) {
+            QFile f(file);
+            ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+            f.write("not ours");
+        }
+        Project::deleteProjectWithName(QStringLiteral("../outside"));
+        EXPECT_FALSE(Project::getProjectWithName(QStringLiteral("../outside")));
+        EXPECT_TRUE(QFileInfo::exists(root.path() + "/outside.sqlite"));
+        EXPECT_TRUE(QFileInfo::exists(root.path() + "/outside_errors.log"));
+
+        // A name of ".." would make its saved pages folder the data directory itself.
+        ProjectPtr parent = makeProject(QStringLiteral("dots"));
+        ASSERT_TRUE(parent);
+        parent->closeSQLiteDatabase();
+        parent->setName(QStringLiteral(".."));
+        ASSERT_TRUE(delegate.saveContext());
+        Project::deleteProjectWithName(QStringLiteral(".."));
+        EXPECT_TRUE(QFileInfo::exists(data + "/Quillmere.storedata"));
+        EXPECT_TRUE(QFileInfo::exists(data + "/kept.sqlite"));
+        EXPECT_TRUE(QFileInfo(m->defaultLogFolder()).isDir());
+    }
+    DataModelManager::setDataDirectoryOverride(QString());
+}
+
 TEST(Registry, AMissingDataDirectoryIsCreated)
 {
     QTemporaryDir dir;
