@@ -1,7 +1,9 @@
 #include "cli/ProjectCommands.h"
 
+#include "cli/NewProjectFiles.h"
 #include "cli/ProjectAccess.h"
 #include "store/DataModelManager.h"
+#include "store/DatabaseFileCheck.h"
 #include "store/DateFormatter.h"
 #include "store/ManagedObjectContext.h"
 #include "store/Project.h"
@@ -100,6 +102,9 @@ int runNew(CliContext& context)
     if (Project::getProjectWithName(name))
         return failWith(ExitUsage, QStringLiteral("a project named '%1' exists already").arg(name));
 
+    // A database file left by an earlier project of that name is taken over, as it always was;
+    // only a file made here is removed again.
+    const bool databaseWasThere = QFileInfo::exists(manager->fullSQLite3FileNameWithProjectName(name + QStringLiteral(".sqlite")));
     ProjectPtr project = Project::createProjectWithName(name, url, depth, pages);
     if (!project || !project->sqlite3Database()) {
         if (project) {
@@ -108,6 +113,15 @@ int runNew(CliContext& context)
         }
         return failWith(ExitUsage, QStringLiteral("cannot create the crawl database of '%1' in %2")
                                        .arg(name, manager->applicationFilesDirectory()));
+    }
+    QString file;
+    if (!NewProjectFiles::usable(*project, *manager, &file, &why)) {
+        project->closeSQLiteDatabase();
+        if (!databaseWasThere)
+            project->deleteSQLiteDatabase();
+        manager->managedObjectContext()->rollback();
+        return failWith(ExitUsage, QStringLiteral("cannot create the files of the project '%1' in %2: %3 (%4)")
+                                       .arg(name, manager->applicationFilesDirectory(), why, file));
     }
     if (!manager->saveContext()) {
         project->closeSQLiteDatabase();
@@ -135,6 +149,15 @@ int runProjects(CliContext& context)
         return ExitUsage;
     const auto projects = Project::getAllProjects();
     if (projects.isEmpty()) {
+        // The registry swallows read errors: tell an empty registry from an unreadable one.
+        DataModelManager* manager = context.appDelegate->dataModelManager();
+        AppError error;
+        if (manager->managedObjectContext()->countForFetchRequest(FetchRequest{}, &error) == ManagedObjectContext::NotFound)
+            return failWith(ExitUsage, QStringLiteral("the project registry %1 %2: %3")
+                                           .arg(manager->storeFilePath(),
+                                                DatabaseFileCheck::isDamage(error.code) ? QStringLiteral("is damaged")
+                                                                                        : QStringLiteral("cannot be read"),
+                                                error.localizedFailureReason));
         printOut(QStringLiteral("No projects.\n"));
         return ExitOk;
     }

@@ -1,6 +1,9 @@
 #include "store/PersistentStoreCoordinator.h"
 
+#include "store/DatabaseFileCheck.h"
+
 #include <QDateTime>
+#include <QFileInfo>
 #include <QStringList>
 
 #include <sqlite3.h>
@@ -64,6 +67,16 @@ QString sqlType(Type t)
     return t == Type::String ? QStringLiteral("text") : QStringLiteral("integer");
 }
 
+bool hasTable(sqlite3* db, const QString& name)
+{
+    Statement s;
+    if (sqlite3_prepare_v2(db, "select 1 from sqlite_master where type='table' and name=?", -1, &s.stmt, nullptr) != SQLITE_OK)
+        return false;
+    const QByteArray utf8 = name.toUtf8();
+    sqlite3_bind_text(s.stmt, 1, utf8.constData(), -1, SQLITE_TRANSIENT);
+    return sqlite3_step(s.stmt) == SQLITE_ROW;
+}
+
 } // namespace
 
 PersistentStoreCoordinator::PersistentStoreCoordinator(const ManagedObjectModel* model) : model_(model) {}
@@ -86,6 +99,9 @@ AppError PersistentStoreCoordinator::storeError(const QString& what) const
 
 bool PersistentStoreCoordinator::addSQLiteStoreAtPath(const QString& path, AppError* error)
 {
+    // An empty or missing file is a new registry; a file with contents must already hold the
+    // registry's tables.
+    const bool existing = QFileInfo(path).size() > 0;
     sqlite3* db = nullptr;
     const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db,
                                    SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX, nullptr);
@@ -102,7 +118,23 @@ bool PersistentStoreCoordinator::addSQLiteStoreAtPath(const QString& path, AppEr
     if (rc != SQLITE_OK)
         return fail(cannotOpen);
     sqlite3_busy_timeout(db_, 5000);
+    // A damaged registry would read as one with fewer projects, or none: say so instead.
+    const QString damaged = QStringLiteral("The project registry is damaged (%1).").arg(path);
+    auto failDamaged = [&](const QString& why) {
+        fail(damaged);
+        if (error)
+            error->localizedFailureReason = why;
+        return false;
+    };
+    QString problem;
+    if (!DatabaseFileCheck::quickCheck(db_, &problem)) {
+        if (DatabaseFileCheck::isBusy(sqlite3_errcode(db_)))
+            return fail(cannotOpen);
+        return failDamaged(problem);
+    }
     for (const auto& entity : model_->entities) {
+        if (existing && !hasTable(db_, entity.name))
+            return failDamaged(QStringLiteral("its %1 table is missing").arg(entity.name));
         QStringList columns{QStringLiteral("Z_PK integer primary key autoincrement")};
         for (const auto& a : entity.persistentAttributes())
             columns << a.name + QLatin1Char(' ') + sqlType(a.type);

@@ -1,6 +1,7 @@
 #include "store/DataModelManager.h"
 #include "store/ManagedObjectContext.h"
 #include "store/Project.h"
+#include "support/DatabaseDamage.h"
 #include "support/TestApp.h"
 #include "support/TraceCapture.h"
 
@@ -9,6 +10,7 @@
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 namespace {
 
@@ -276,6 +278,64 @@ TEST(Registry, AStoreFileThatIsNotADatabaseIsReported)
         EXPECT_TRUE(presenter.errors[0].localizedDescription.contains("registry"));
         EXPECT_FALSE(presenter.errors[0].localizedFailureReason.isEmpty());
         EXPECT_EQ(presenter.errors.back().localizedDescription, "Failed to initialize the store");
+    }
+    DataModelManager::setDataDirectoryOverride(QString());
+}
+
+// A registry whose header reads but whose pages are damaged, or that lost its Project table,
+// is reported as damaged rather than read as one without projects.
+TEST(Registry, AStoreWithDamagedPagesOrWithoutItsTableIsReportedAsDamaged)
+{
+    for (const bool dropTable : {false, true}) {
+        QTemporaryDir dir;
+        const QString path = dir.path() + "/Quillmere.storedata";
+        DataModelManager::setDataDirectoryOverride(dir.path());
+        {
+            RecordingErrorPresenter presenter;
+            CoreAppDelegate delegate(&presenter);
+            ASSERT_TRUE(makeProject(QStringLiteral("one")));
+            ASSERT_TRUE(delegate.saveContext());
+        }
+        if (dropTable) {
+            sqlite3* db = nullptr;
+            ASSERT_EQ(sqlite3_open(path.toUtf8().constData(), &db), SQLITE_OK);
+            ASSERT_EQ(sqlite3_exec(db, "drop table Project", nullptr, nullptr, nullptr), SQLITE_OK);
+            sqlite3_close(db);
+        } else {
+            ASSERT_GT(DatabaseDamage::damageMiddleOf(path, "Project"), 0);
+        }
+        const QByteArray before = DatabaseDamage::contents(path);
+        RecordingErrorPresenter presenter;
+        {
+            CoreAppDelegate delegate(&presenter);
+            EXPECT_FALSE(delegate.managedObjectContext()) << dropTable;
+            ASSERT_GE(presenter.errors.size(), 1u) << dropTable;
+            EXPECT_EQ(presenter.errors[0].localizedDescription,
+                      QStringLiteral("The project registry is damaged (%1).").arg(path));
+            EXPECT_FALSE(presenter.errors[0].localizedFailureReason.isEmpty());
+            if (dropTable)
+                EXPECT_EQ(presenter.errors[0].localizedFailureReason, "its Project table is missing");
+            EXPECT_TRUE(Project::getAllProjects().isEmpty());
+        }
+        EXPECT_TRUE(DatabaseDamage::contents(path) == before) << dropTable;
+        DataModelManager::setDataDirectoryOverride(QString());
+    }
+}
+
+TEST(Registry, AnEmptyStoreFileIsANewStore)
+{
+    QTemporaryDir dir;
+    QFile store(dir.path() + "/Quillmere.storedata");
+    ASSERT_TRUE(store.open(QIODevice::WriteOnly));
+    store.close();
+    DataModelManager::setDataDirectoryOverride(dir.path());
+    RecordingErrorPresenter presenter;
+    {
+        CoreAppDelegate delegate(&presenter);
+        EXPECT_TRUE(delegate.managedObjectContext());
+        EXPECT_TRUE(presenter.errors.empty());
+        EXPECT_TRUE(makeProject(QStringLiteral("p")));
+        EXPECT_TRUE(delegate.saveContext());
     }
     DataModelManager::setDataDirectoryOverride(QString());
 }
