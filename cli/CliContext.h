@@ -8,7 +8,14 @@
 
 #include <cstdio>
 
-enum ExitStatus { ExitOk = 0, ExitFailure = 1, ExitUsage = 2, ExitFirstUrlError = 3, ExitInterrupted = 130 };
+enum ExitStatus {
+    ExitOk = 0,
+    ExitFailure = 1,
+    ExitUsage = 2,
+    ExitFirstUrlError = 3,
+    ExitProjectInUse = 4,   // another process crawls, vacuums or deletes the project
+    ExitInterrupted = 130
+};
 
 // What every command gets: the parsed command line and the application (registry, files).
 struct CliContext {

@@ -3,6 +3,7 @@
 #include "cli/CliCrawlController.h"
 #include "cli/ProjectAccess.h"
 #include "cli/ProjectCommands.h"
+#include "cli/ProjectLocking.h"
 #include "cli/ReportCommands.h"
 #include "cli/StopSignal.h"
 #include "crawler/CrawlStartDecision.h"
@@ -13,6 +14,7 @@
 #include "crawler/VacuumCleanerOperation.h"
 #include "store/DataModelManager.h"
 #include "store/Project.h"
+#include "store/ProjectLock.h"
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/QuillmerePage.h"
 
@@ -133,7 +135,8 @@ QList<CommandSpec> specs()
                         "empties the database and starts again (on a terminal without either, you are asked).\n"
                         "Ctrl-C stops after the current page; nothing is lost and the crawl can be continued.\n"
                         "Exit status: 0 done, 2 bad input, 3 the site's links do not match the project URL\n"
-                        "(http/https or www.), 130 stopped.\n"),
+                        "(http/https or www.), 4 another process is crawling, vacuuming or deleting the project,\n"
+                        "130 stopped.\n"),
          1, 1, {}, {QStringLiteral("--continue"), QStringLiteral("--restart")}},
         {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME]"),
          QStringLiteral("make a project for URL and crawl it once, without limits and without the vacuum"),
@@ -180,6 +183,9 @@ int runCrawl(CliContext& context)
     ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
     if (!project)
         return status;
+    const auto lock = ProjectLocking::take(project->name(), project->full_sqlite_name(), QStringLiteral("crawl"), &status);
+    if (!lock)
+        return status;
     const Choice choice = decide(context, project, &status);
     // The decision counts pages and queue entries: counts that failed must not lead to a
     // restart's deletes or to a fresh start over old pages.
@@ -206,6 +212,11 @@ int runCrawlURL(CliContext& context)
         return ExitUsage;
     if (Project::getProjectWithName(name))
         return failWith(ExitUsage, QStringLiteral("a project named '%1' exists already; choose another with --name").arg(name));
+    int status = ExitOk;
+    const auto lock = ProjectLocking::take(name, manager->fullSQLite3FileNameWithProjectName(name + QStringLiteral(".sqlite")),
+                                           QStringLiteral("crawl-url"), &status);
+    if (!lock)
+        return status;
 
     ReportCommands::CrawlRunFigures figures;
     ProjectPtr project;
@@ -239,6 +250,9 @@ int runVacuum(CliContext& context)
     int status = ExitOk;
     ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
     if (!project)
+        return status;
+    const auto lock = ProjectLocking::take(project->name(), project->full_sqlite_name(), QStringLiteral("vacuum"), &status);
+    if (!lock)
         return status;
     qint64 cleaned = 0;
     {

@@ -1,10 +1,12 @@
 #include "cli/DemoCommand.h"
 
 #include "cli/CrawlCommands.h"
+#include "cli/ProjectLocking.h"
 #include "demo/DemoProject.h"
 #include "demo/DemoServer.h"
 #include "store/DataModelManager.h"
 #include "store/Project.h"
+#include "store/ProjectLock.h"
 
 namespace DemoCommand {
 
@@ -22,6 +24,13 @@ int run(CliContext& context)
     DataModelManager* manager = context.appDelegate->dataModelManager();
     if (!manager->managedObjectContext())
         return ExitUsage;
+    // Taken before the old project is replaced: another demo may be crawling it.
+    int status = ExitOk;
+    const auto lock = ProjectLocking::take(DemoProject::name(),
+                                           manager->fullSQLite3FileNameWithProjectName(DemoProject::name() + QStringLiteral(".sqlite")),
+                                           QStringLiteral("demo"), &status);
+    if (!lock)
+        return status;
     DemoServer server;
     if (!server.start())
         return failWith(ExitFailure, QStringLiteral("cannot serve the demo site on 127.0.0.1"));
@@ -31,7 +40,7 @@ int run(CliContext& context)
     ProjectPtr project = DemoProject::recreate(url);
     if (!project)
         return failWith(ExitUsage, QStringLiteral("cannot create the project 'demo' in %1").arg(manager->applicationFilesDirectory()));
-    const int status = CrawlCommands::crawlAndReport(project);
+    status = CrawlCommands::crawlAndReport(project);
     server.stop();
     return status;
 }

@@ -2,11 +2,13 @@
 
 #include "cli/NewProjectFiles.h"
 #include "cli/ProjectAccess.h"
+#include "cli/ProjectLocking.h"
 #include "store/DataModelManager.h"
 #include "store/DatabaseFileCheck.h"
 #include "store/DateFormatter.h"
 #include "store/ManagedObjectContext.h"
 #include "store/Project.h"
+#include "store/ProjectLock.h"
 
 #include <QFileInfo>
 #include <QUrl>
@@ -27,7 +29,9 @@ QList<CommandSpec> specs()
          QStringLiteral("Columns: name, URL, creation date, depth and page limits, pages and depth of the last crawl.\n"),
          0, 0, {}, {}},
         {QStringLiteral("delete"), QStringLiteral("delete NAME"),
-         QStringLiteral("delete a project with its database and logs"), QString(), 1, 1, {}, {}},
+         QStringLiteral("delete a project with its database and logs"),
+         QStringLiteral("A project that another process is crawling or vacuuming is not deleted (exit status 4).\n"), 1, 1,
+         {}, {}},
     };
 }
 
@@ -193,6 +197,11 @@ int runDelete(CliContext& context)
         return failWith(ExitUsage, QStringLiteral("no project named '%1'").arg(name));
     if (int refused = ExitOk; !ProjectAccess::filesStayInDataDirectory(context, *project, &refused))
         return refused;
+    // Held until the files are gone; letting it go removes the lock file too.
+    int status = ExitOk;
+    const auto lock = ProjectLocking::take(name, project->full_sqlite_name(), QStringLiteral("delete"), &status);
+    if (!lock)
+        return status;
     project->closeSQLiteDatabase();
     Project::deleteProjectWithName(name);
     if (Project::getProjectWithName(name) == project)
