@@ -14,6 +14,7 @@ enum ExitStatus {
     ExitUsage = 2,
     ExitFirstUrlError = 3,
     ExitProjectInUse = 4,   // another process crawls, vacuums or deletes the project
+    ExitCheckFailed = 5,    // check found the crawl database unsound
     ExitInterrupted = 130
 };
 

@@ -1,4 +1,5 @@
 // quillmere: the command-line face of the crawler.
+#include "cli/CheckCommand.h"
 #include "cli/CliContext.h"
 #include "cli/CommandLine.h"
 #include "cli/CrawlCommands.h"
@@ -33,6 +34,7 @@ QList<Command> commands()
     list.append({reportSpecs[0], ReportCommands::runShow});
     list.append({reportSpecs[1], ReportCommands::runPages});
     list.append({reportSpecs[2], ReportCommands::runLinks});
+    list.append({CheckCommand::spec(), CheckCommand::run});
     list.append({DemoCommand::spec(), DemoCommand::run});
     return list;
 }

@@ -1,0 +1,215 @@
+#include "store/CrawlDatabaseCheck.h"
+
+#include <sqlite3.h>
+
+namespace {
+
+QString text(sqlite3_stmt* stmt, int column)
+{
+    const auto* value = reinterpret_cast<const char*>(sqlite3_column_text(stmt, column));
+    return value ? QString::fromUtf8(value, sqlite3_column_bytes(stmt, column)) : QStringLiteral("(null)");
+}
+
+void addProblem(CrawlDatabaseCheck::Rule* rule, const QString& problem)
+{
+    if (problem.isEmpty())
+        return;
+    if (rule->problems.size() < CrawlDatabaseCheck::kMaxListed)
+        rule->problems.append(problem);
+    ++rule->problemCount;
+}
+
+// The crawler finds a page by its URL with or without one trailing "/" (QuillmerePage's
+// look-up); these fragments name the URLs that one look-up treats as the same page.
+// For a page P: the queue entries whose look-up finds it.
+const char* const kEntriesOfPage =
+    "(P.url, P.url || '/', case when P.url like '%/' then substr(P.url, 1, length(P.url) - 1) end)";
+
+} // namespace
+
+void CrawlDatabaseCheck::setProjectCounters(qint32 pagesCount, qint32 maxDepth)
+{
+    hasCounters_ = true;
+    pagesCount_ = pagesCount;
+    maxDepth_ = maxDepth;
+}
+
+QList<CrawlDatabaseCheck::Rule> CrawlDatabaseCheck::run() const
+{
+    // One read transaction: a crawl running meanwhile commits its pages before or after it.
+    const bool snapshot = sqlite3_get_autocommit(db_) && sqlite3_exec(db_, "begin", nullptr, nullptr, nullptr) == SQLITE_OK;
+    QList<Rule> rules{integrity(),           linksReceived(),        onePagePerURL(), linksBetweenPages(),
+                      analysedPagesAreDone(), doneEntriesWereReached()};
+    if (hasCounters_)
+        rules.append(counters());
+    if (snapshot)
+        sqlite3_exec(db_, "rollback", nullptr, nullptr, nullptr);
+    return rules;
+}
+
+bool CrawlDatabaseCheck::forEachRow(const char* sql, Rule* rule, const std::function<QString(sqlite3_stmt*)>& row) const
+{
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(db_, sql, -1, &stmt, nullptr) != SQLITE_OK) {
+        addProblem(rule, QStringLiteral("cannot be read: %1").arg(QString::fromUtf8(sqlite3_errmsg(db_))));
+        sqlite3_finalize(stmt);
+        return false;
+    }
+    int rc;
+    while ((rc = sqlite3_step(stmt)) == SQLITE_ROW)
+        addProblem(rule, row(stmt));
+    const bool done = rc == SQLITE_DONE;
+    if (!done)
+        addProblem(rule, QStringLiteral("cannot be read: %1").arg(QString::fromUtf8(sqlite3_errmsg(db_))));
+    sqlite3_finalize(stmt);
+    return done;
+}
+
+qint64 CrawlDatabaseCheck::count(const char* sql, Rule* rule) const
+{
+    qint64 value = 0;
+    forEachRow(sql, rule, [&value](sqlite3_stmt* stmt) {
+        value = sqlite3_column_int64(stmt, 0);
+        return QString();
+    });
+    return value;
+}
+
+CrawlDatabaseCheck::Rule CrawlDatabaseCheck::integrity() const
+{
+    Rule rule;
+    QStringList answers;
+    forEachRow("pragma integrity_check(21)", &rule, [&answers](sqlite3_stmt* stmt) {
+        answers.append(text(stmt, 0));
+        return QString();
+    });
+    if (answers != QStringList{QStringLiteral("ok")}) {
+        for (const QString& answer : answers)
+            addProblem(&rule, answer);
+    }
+    rule.title = QStringLiteral("integrity: the library's own check of the file (pragma integrity_check)");
+    return rule;
+}
+
+CrawlDatabaseCheck::Rule CrawlDatabaseCheck::linksReceived() const
+{
+    Rule rule;
+    const qint64 pages = count("select count(*) from Page", &rule);
+    forEachRow("select url, in_link_count, received from (select P.idt, P.url, P.in_link_count, "
+               "(select count(*) from Links L where L.idt_page = P.idt) as received from Page P) "
+               "where in_link_count is not received order by idt",
+               &rule, [](sqlite3_stmt* stmt) {
+                   return QStringLiteral("%1: in_link_count %2, but %3 Links rows point to it")
+                       .arg(text(stmt, 0), text(stmt, 1), text(stmt, 2));
+               });
+    rule.title = QStringLiteral("links received: each page's in_link_count equals the Links rows that point to it "
+                                "(%1 pages)").arg(pages);
+    return rule;
+}
+
+CrawlDatabaseCheck::Rule CrawlDatabaseCheck::onePagePerURL() const
+{
+    Rule rule;
+    const qint64 pages = count("select count(*) from Page", &rule);
+    forEachRow("select url, count(*) from Page group by url having count(*) > 1", &rule, [](sqlite3_stmt* stmt) {
+        return QStringLiteral("%1: %2 Page rows").arg(text(stmt, 0), text(stmt, 1));
+    });
+    forEachRow("select a.url, b.url from Page a join Page b on b.url = a.url || '/'", &rule, [](sqlite3_stmt* stmt) {
+        return QStringLiteral("%1 and %2: two Page rows for one page").arg(text(stmt, 0), text(stmt, 1));
+    });
+    rule.title = QStringLiteral("one page per URL: no two Page rows for one URL, nor for one URL with and without "
+                                "its trailing \"/\" (%1 pages)").arg(pages);
+    return rule;
+}
+
+CrawlDatabaseCheck::Rule CrawlDatabaseCheck::linksBetweenPages() const
+{
+    Rule rule;
+    const qint64 links = count("select count(*) from Links", &rule);
+    forEachRow("select idt_source, idt_page, anchor from Links L "
+               "where not exists (select 1 from Page P where P.idt = L.idt_page) "
+               "or not exists (select 1 from Page P where P.idt = L.idt_source)",
+               &rule, [](sqlite3_stmt* stmt) {
+                   return QStringLiteral("link from page %1 to page %2 (\"%3\"): one of them is not a Page row")
+                       .arg(text(stmt, 0), text(stmt, 1), text(stmt, 2));
+               });
+    rule.title = QStringLiteral("links between pages: each Links row's source and target are Page rows (%1 links)")
+                     .arg(links);
+    return rule;
+}
+
+CrawlDatabaseCheck::Rule CrawlDatabaseCheck::analysedPagesAreDone() const
+{
+    // A page gets its title while its own queue entry is analysed, in the transaction that
+    // marks the entry done: a titled page whose entry still waits lost its done mark.
+    Rule rule;
+    const qint64 analysed = count("select count(*) from Page where title <> ''", &rule);
+    const QByteArray sql = QByteArray("select P.url from Page P where P.title <> '' and not exists (select 1 from "
+                                      "DownloaderQueue Q where Q.perform_done = 1 and Q.url in ")
+                           + kEntriesOfPage + ") order by P.idt";
+    forEachRow(sql.constData(), &rule, [](sqlite3_stmt* stmt) {
+        return QStringLiteral("%1: analysed, but no queue entry for it is marked done").arg(text(stmt, 0));
+    });
+    rule.title = QStringLiteral("analysed pages: each page with a title has its queue entry marked done (%1 pages)")
+                     .arg(analysed);
+    return rule;
+}
+
+CrawlDatabaseCheck::Rule CrawlDatabaseCheck::doneEntriesWereReached() const
+{
+    // What a done entry leaves: its page with a title (analysed, or the error title of a
+    // failed fetch), or else the answer's LinkHeaders row (a page that could not be parsed, or
+    // that asked not to be indexed or was canonical elsewhere before any link named it). A
+    // redirect leaves neither: its target is queued after it at the next depth, unless that
+    // target was analysed before it or sits 20 times in the queue already.
+    Rule rule;
+    const qint64 done = count("select count(*) from DownloaderQueue where perform_done = 1", &rule);
+    const bool manyTimesQueued =
+        count("select count(*) from (select url from DownloaderQueue group by url having count(*) >= 20)", &rule) > 0;
+    qint64 redirects = 0;
+    forEachRow(
+        "with Bare as (select Q.idt, Q.url, Q.depth, case when Q.url like '%/' then substr(Q.url, 1, length(Q.url) - 1) "
+        "else Q.url end as stem from DownloaderQueue Q where Q.perform_done = 1) "
+        "select B.url, exists (select 1 from DownloaderQueue T where T.idt > B.idt and T.depth = B.depth + 1), "
+        "exists (select 1 from DownloaderQueue T join Page P on P.url in (case when T.url like '%/' then "
+        "substr(T.url, 1, length(T.url) - 1) else T.url end, case when T.url like '%/' then T.url else T.url || '/' end) "
+        "where T.idt < B.idt and T.perform_done = 1 and P.title <> '') "
+        "from Bare B where not exists (select 1 from Page P where P.title <> '' and P.url in (B.stem, B.stem || '/')) "
+        "and not exists (select 1 from LinkHeaders H where H.url = B.url) order by B.idt",
+        &rule, [&](sqlite3_stmt* stmt) {
+            if (sqlite3_column_int(stmt, 1) || sqlite3_column_int(stmt, 2) || manyTimesQueued) {
+                ++redirects;
+                return QString();
+            }
+            return QStringLiteral("%1: marked done, but neither its page nor its answer was recorded, and nothing "
+                                  "was queued after it").arg(text(stmt, 0));
+        });
+    rule.title = QStringLiteral("done entries: each done queue entry has its page or its answer recorded, or was "
+                                "redirected (%1 done, %2 of them redirects)").arg(done).arg(redirects);
+    return rule;
+}
+
+CrawlDatabaseCheck::Rule CrawlDatabaseCheck::counters() const
+{
+    // Every page counted came from a queue entry, and the depth kept is that of a page taken
+    // from the queue. The registry is saved apart from the crawl database, at most once a
+    // second during a crawl: after a crawl killed outright, or one that could not write the
+    // registry, the count may lag behind the pages analysed; that is said, not failed.
+    Rule rule;
+    const qint64 entries = count("select count(*) from DownloaderQueue", &rule);
+    const qint64 analysed = count("select count(*) from Page where title <> ''", &rule);
+    const qint64 deepest = count("select coalesce(max(depth), 0) from DownloaderQueue", &rule);
+    if (pagesCount_ < 0 || pagesCount_ > entries)
+        addProblem(&rule, QStringLiteral("pages_count %1 is not within the %2 queue entries").arg(pagesCount_).arg(entries));
+    if (maxDepth_ < 0 || maxDepth_ > deepest)
+        addProblem(&rule, QStringLiteral("max_depth %1 is not the depth of a queue entry (deepest %2)").arg(maxDepth_).arg(deepest));
+    if (pagesCount_ < analysed)
+        rule.notes.append(QStringLiteral("pages_count %1 is below the %2 analysed pages: it was saved before the last "
+                                         "pages were (a crawl killed, or unable to write the registry)")
+                              .arg(pagesCount_)
+                              .arg(analysed));
+    rule.title = QStringLiteral("counters: the project's pages_count %1 is within the %2 queue entries (%3 pages "
+                                "analysed), its max_depth %4 within the queue's depths (deepest %5)")
+                     .arg(pagesCount_).arg(entries).arg(analysed).arg(maxDepth_).arg(deepest);
+    return rule;
+}
