@@ -18,7 +18,7 @@ CommandSpec spec()
                            "that every done entry left its page or its answer, or was a redirect; and that the\n"
                            "project's page count and depth agree with the queue (not while a crawl runs).\n"
                            "It may run during a crawl. Exit status: 0 sound, 5 something is wrong, 2 bad input\n"
-                           "(unknown project, unreadable database).\n"),
+                           "(unknown project; a database that cannot be read, or so damaged that reading it fails).\n"),
             1, 1, {}, {}};
 }
 
