@@ -4,8 +4,11 @@
 
 struct sqlite3;
 
-// Groups the writes of one queue entry into one transaction, committed at the end, never
-// rolled back: the results are those of separate statements, at one disk sync a page.
+// Groups the writes of one queue entry into one transaction, committed at the end: the
+// page's records and its done mark land together, at one disk sync a page. When a write of
+// the page failed (a full disk, a directory that cannot be written, an I/O error), nothing
+// of the page is kept: commit() rolls it back and answers false, and the entry stays
+// waiting for a later crawl.
 class CrawlTransaction {
 public:
     explicit CrawlTransaction(sqlite3* database);
@@ -17,7 +20,12 @@ public:
     QString errorMessage() const { return errorMessage_; }
 
 private:
+    static int vetoOtherCommits(void* transaction);
+    void end();
+
     sqlite3* database_;
     bool open_ = false;
+    bool committing_ = false;
+    quint64 failuresAtStart_ = 0;
     QString errorMessage_;
 };

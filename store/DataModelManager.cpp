@@ -1,6 +1,7 @@
 #include "store/DataModelManager.h"
 
 #include "store/ApplicationDelegate.h"
+#include "store/DatabaseErrorLog.h"
 #include "store/DebugTrace.h"
 #include "store/ManagedObjectContext.h"
 #include "store/ManagedObjectModel.h"
@@ -62,6 +63,7 @@ DataModelManager::DataModelManager(ApplicationDelegate* appDelegate) : appDelega
     static const bool configured = [] {
         sqlite3_config(SQLITE_CONFIG_SERIALIZED);
         sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+        DatabaseErrorLog::install();  // lets a crawl see the writes that failed
         return true;
     }();
     (void)configured;
