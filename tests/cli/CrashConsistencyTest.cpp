@@ -1,0 +1,192 @@
+// A crawl killed outright (SIGKILL) at many moments: before its first request, inside a
+// page, while a page's records are written, and after the last page (the end steps and the
+// vacuum). After every kill the database passes `check`; continued to the end, it holds the
+// pages and links of a crawl that was never interrupted.
+#include "SlowTestSite.h"
+#include "support/CliRunner.h"
+#include "support/CrawlDatabaseSnapshot.h"
+#include "support/LocalHttpServer.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+namespace {
+
+// When to kill one run: `delayMs` after its start (afterRequests 0), after it has sent
+// `afterRequests` requests, or after it requested the crawl's last page (atEnd).
+struct KillMoment {
+    int afterRequests;
+    int delayMs;
+    bool atEnd = false;
+};
+
+// Kills while pages are fetched and recorded: during the page left in flight by the kill
+// before (one request), during the page after it or the one after that (two or three
+// requests), at delays that fall in the transfer, the analysis, the records or the commit;
+// and some during start-up (a restart's emptying of the database, robots.txt).
+KillMoment killInsideTheCrawl(int n)
+{
+    if (n % 6 == 5)
+        return {0, 5 + 12 * (n % 7)};
+    const int requests[] = {2, 1, 2, 3, 2, 2, 1, 2, 3};
+    const int delays[] = {0, 3, 6, 8, 10, 12, 15, 19, 24, 30, 40};
+    return {requests[n % 9], delays[n % 11]};
+}
+
+// "" when both lists are the same; otherwise what each holds that the other does not.
+std::string difference(const QStringList& found, const QStringList& expected)
+{
+    std::string text;
+    for (const QString& line : found)
+        if (found.count(line) > expected.count(line))
+            text += "+ " + line.toStdString() + "\n";
+    for (const QString& line : expected)
+        if (expected.count(line) > found.count(line))
+            text += "- " + line.toStdString() + "\n";
+    return text;
+}
+
+class CrashConsistency : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        SlowTestSite::serve(server, 8);
+        ASSERT_TRUE(server.start());
+        base = QString::fromStdString(server.baseUrl());
+    }
+
+    QString database(const QString& name) const { return dir.path() + "/" + name + ".sqlite"; }
+
+    bool requested(const std::string& path, size_t since) const
+    {
+        const auto all = server.requests();
+        for (size_t i = since; i < all.size(); ++i)
+            if (all[i].path == path)
+                return true;
+        return false;
+    }
+
+    // Runs `quillmere crawl ...` and kills it at `moment`. Answers true when it was killed,
+    // false when it ended first (its exit status in *status).
+    bool runAndKill(const QStringList& crawlArgs, const KillMoment& moment, const std::string& lastPath, int* status)
+    {
+        QProcess process;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("QUILLMERE_TRACE", "0");
+        process.setProcessEnvironment(env);
+        const size_t since = server.requestCount();
+        process.start(QStringLiteral(QUILLMERE_CLI_PATH), QStringList{"--data-dir", dir.path()} + crawlArgs);
+        if (!process.waitForStarted(10000))
+            return false;
+        const auto started = std::chrono::steady_clock::now();
+        auto reached = [&] {
+            if (moment.atEnd)
+                return requested(lastPath, since);
+            if (moment.afterRequests == 0)
+                return true;
+            return server.requestCount() - since >= size_t(moment.afterRequests);
+        };
+        while (!reached()) {
+            if (process.waitForFinished(1)) {
+                *status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+                return false;
+            }
+            if (std::chrono::steady_clock::now() - started > std::chrono::seconds(60))
+                break;
+        }
+        const auto trigger = moment.afterRequests == 0 && !moment.atEnd ? started : std::chrono::steady_clock::now();
+        std::this_thread::sleep_until(trigger + std::chrono::milliseconds(moment.delayMs));
+        if (process.state() == QProcess::NotRunning || process.waitForFinished(0)) {
+            *status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+            return false;
+        }
+        ::kill(pid_t(process.processId()), SIGKILL);
+        process.waitForFinished(10000);
+        return true;
+    }
+
+    QTemporaryDir dir;
+    LocalHttpServer server;
+    QString base;
+};
+
+TEST_F(CrashConsistency, KilledCrawlsStaySoundAndContinueToTheSamePagesAndLinks)
+{
+    // The reference: one crawl, never interrupted.
+    ASSERT_EQ(runCli({"new", "reference", base}, dir.path()).exitCode, 0);
+    CliResult r = runCli({"crawl", "reference"}, dir.path());
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const CrawlDatabaseSnapshot reference = CrawlDatabaseSnapshot::read(database("reference"));
+    ASSERT_TRUE(reference.readable);
+    ASSERT_GE(reference.pages.size(), 40) << reference.pages.join('\n').toStdString();
+    r = runCli({"check", "reference"}, dir.path());
+    ASSERT_EQ(r.exitCode, 0) << r.out.toStdString();
+    const std::string lastPath = server.requests().back().path;
+    // A restart keeps the answers' headers: links to the pictures, known not to be pages,
+    // are no longer recorded. Restarted crawls are compared with a restarted crawl.
+    r = runCli({"crawl", "reference", "--restart"}, dir.path());
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const CrawlDatabaseSnapshot restarted = CrawlDatabaseSnapshot::read(database("reference"));
+    ASSERT_TRUE(restarted.readable);
+
+    ASSERT_EQ(runCli({"new", "site", base}, dir.path()).exitCode, 0);
+    int kills = 0;
+    int killsAfterTheLastPage = 0;
+    // Three crawls of the project: from scratch, then twice restarted. Each is killed again
+    // and again while few of its pages are left, and then once after its last request, at a
+    // later moment each time (the end steps, the vacuum).
+    const int endDelays[] = {25, 45, 70};
+    for (int round = 0; round < 3; ++round) {
+        const QStringList firstRun = round == 0 ? QStringList{"crawl", "site"} : QStringList{"crawl", "site", "--restart"};
+        bool first = true;
+        bool endKilled = false;
+        for (int run = 0;; ++run) {
+            ASSERT_LT(run, 300) << "the crawl does not get to its end";
+            const QStringList args = first ? firstRun : QStringList{"crawl", "site", "--continue"};
+            const CrawlDatabaseSnapshot before = CrawlDatabaseSnapshot::read(database("site"));
+            const bool nearTheEnd = !first && before.done > 0 && before.waiting <= 3;
+            const KillMoment moment = nearTheEnd && !endKilled ? KillMoment{0, endDelays[round], true} : killInsideTheCrawl(kills);
+            int status = -1;
+            const bool killed = runAndKill(args, moment, lastPath, &status);
+            if (!killed) {
+                ASSERT_EQ(status, 0) << args.join(' ').toStdString();
+                break;
+            }
+            ++kills;
+            first = false;
+            endKilled = endKilled || moment.atEnd;
+            r = runCli({"check", "site"}, dir.path());
+            EXPECT_EQ(r.exitCode, 0) << "after kill " << kills << " (" << moment.afterRequests << " requests, "
+                                     << moment.delayMs << " ms" << (moment.atEnd ? ", at the end" : "") << "):\n"
+                                     << r.out.toStdString() << r.err.toStdString();
+            const CrawlDatabaseSnapshot now = CrawlDatabaseSnapshot::read(database("site"));
+            ASSERT_TRUE(now.readable);
+            if (now.done > 0 && now.waiting == 0) {
+                // Killed after its last page: during the end steps or the vacuum. Nothing is
+                // left to continue.
+                ++killsAfterTheLastPage;
+                r = runCli({"crawl", "site", "--continue"}, dir.path());
+                EXPECT_EQ(r.exitCode, 2);
+                EXPECT_TRUE(r.err.contains("nothing waits")) << r.err.toStdString();
+                break;
+            }
+        }
+        const CrawlDatabaseSnapshot result = CrawlDatabaseSnapshot::read(database("site"));
+        const CrawlDatabaseSnapshot& expected = round == 0 ? reference : restarted;
+        EXPECT_EQ(difference(result.pages, expected.pages), "") << "round " << round;
+        EXPECT_EQ(difference(result.links, expected.links), "") << "round " << round;
+        EXPECT_EQ(result.waiting, 0);
+        r = runCli({"check", "site"}, dir.path());
+        EXPECT_EQ(r.exitCode, 0) << r.out.toStdString();
+    }
+    EXPECT_GE(kills, 40);
+    EXPECT_GE(killsAfterTheLastPage, 1);
+}
+
+} // namespace
