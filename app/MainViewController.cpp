@@ -20,6 +20,7 @@
 #include "store/Localization.h"
 #include "store/PageFilter.h"
 #include "store/Project.h"
+#include "store/ProjectLock.h"
 
 #include <QEventLoop>
 #include <QTimer>
@@ -165,6 +166,10 @@ void MainViewController::startCrawlerForProject(const std::shared_ptr<Project>& 
     currentProject_ = project;
     if (!currentProject_)
         return;
+    if (!lockCurrentProject()) {
+        progressView_->actionStop();
+        return;
+    }
     const Situation situation = CrawlStartDecision::situationForProject(currentProject_);
     Choice choice = Choice::Start;
     if (situation == Situation::Finished) {
@@ -184,6 +189,7 @@ void MainViewController::startCrawlerForProject(const std::shared_ptr<Project>& 
         choice = CrawlStartDecision::choiceForAlertAnswer(situation, alert.runModal(window()));
     }
     if (!CrawlStartDecision::apply(choice, currentProject_)) {
+        projectLock_.reset();
         progressView_->actionStop();
         return;
     }
@@ -193,6 +199,33 @@ void MainViewController::startCrawlerForProject(const std::shared_ptr<Project>& 
         documentsView_->refreshTableViewWithFilter(PageFilter::All);
     queueCrawler();
     displayProgressView();
+}
+
+// A command-line crawl, vacuum or delete of the same project, or another window, takes the
+// same lock: the second one is refused, with the process that holds it.
+bool MainViewController::lockCurrentProject()
+{
+    const QString path = ProjectLock::lockFilePathForDatabase(currentProject_->full_sqlite_name());
+    if (projectLock_ && projectLock_->isLocked() && projectLock_->path() == path)
+        return true;
+    projectLock_ = std::make_unique<ProjectLock>(path);
+    const ProjectLock::Result result = projectLock_->tryLock(QStringLiteral("quillmere-gui"));
+    if (result == ProjectLock::Result::Locked)
+        return true;
+    Alert alert;
+    alert.setMessageText(QStringLiteral("Le projet « %1 » est déjà utilisé par un autre programme.").arg(currentProject_->name()));
+    if (result == ProjectLock::Result::Busy && projectLock_->ownerProcessId() > 0)
+        alert.setInformativeText(QStringLiteral("Le processus %1 (%2) l'analyse ou le modifie : attendez qu'il ait fini.")
+                                     .arg(projectLock_->ownerProcessId())
+                                     .arg(projectLock_->ownerPurpose()));
+    else if (result == ProjectLock::Result::Busy)
+        alert.setInformativeText(QStringLiteral("Attendez qu'il ait fini."));
+    else
+        alert.setInformativeText(QStringLiteral("Le verrou %1 ne peut pas être créé : %2").arg(path, projectLock_->errorString()));
+    alert.addButtonWithTitle(localizedString("MainViewAlertDownloadErrorDefaultButton"));
+    alert.runModal(window());
+    projectLock_.reset();
+    return false;
 }
 
 void MainViewController::cancelCrawlerForProject(const std::shared_ptr<Project>&)
@@ -209,6 +242,10 @@ void MainViewController::stopIndexer()
 void MainViewController::startVacuumForProject(const std::shared_ptr<Project>& project)
 {
     currentProject_ = project;
+    if (currentProject_ && !lockCurrentProject()) {
+        vacuumCleanerDidEnd();
+        return;
+    }
     std::shared_ptr<VacuumCleanerDelegate> delegate(std::shared_ptr<void>(), static_cast<VacuumCleanerDelegate*>(this));
     vacuumOperation_ = VacuumCleanerOperation::initWithProject(project, delegate);
     operationsQueue_->addOperation(vacuumOperation_);
@@ -339,6 +376,7 @@ void MainViewController::vacuumingPage(const QuillmerePagePtr& page)
 
 void MainViewController::vacuumCleanerDidEnd()
 {
+    projectLock_.reset();
     progressView_->crawlerDidEnd();
     documentsView_->refreshTableViewWithFilter(PageFilter::All);
     if (progressWindowController_)

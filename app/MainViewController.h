@@ -19,6 +19,7 @@ class LinksView;
 class OperationQueue;
 class ProgressView;
 class Project;
+class ProjectLock;
 class QSplitter;
 class QWebEngineView;
 class SplitView;
@@ -105,6 +106,7 @@ Q_SIGNALS:
 private:
     void awakeFromNib();
     void queueCrawler();
+    bool lockCurrentProject();
     template <typename T>
     void replaceSheet(QPointer<T>& slot, T* controller);
 
@@ -122,4 +124,6 @@ private:
     std::unique_ptr<OperationQueue> operationsQueue_;
     std::shared_ptr<DownloaderOperationLibXML> downloaderOperation_;
     std::shared_ptr<VacuumCleanerOperation> vacuumOperation_;
+    // Held from the start of a crawl to the end of the vacuum that follows it.
+    std::unique_ptr<ProjectLock> projectLock_;
 };

@@ -11,8 +11,10 @@
 #include "store/Localization.h"
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/QuillmereLink.h"
+#include "store/ProjectLock.h"
 #include "store/QuillmerePage.h"
 
+#include <QFileInfo>
 #include <QSplitterHandle>
 #include <QWebEngineView>
 
@@ -484,6 +486,39 @@ TEST_F(MainViewControllerTest, CancelWithoutAnOperationDoesNothing)
     // The project still starts as usual afterwards.
     ASSERT_TRUE(app.crawlThroughStartButton());
     EXPECT_EQ(pageRecords(), 5);
+}
+
+TEST_F(MainViewControllerTest, AProjectInUseElsewhereIsNotCrawledAndTheAlertNamesTheProcess)
+{
+    showProject();
+    const QString lockFile = ProjectLock::lockFilePathForDatabase(project->full_sqlite_name());
+    auto other = std::make_unique<ProjectLock>(lockFile);  // as a command-line crawl holds it
+    ASSERT_EQ(other->tryLock("quillmere crawl"), ProjectLock::Result::Locked);
+    Alert::queueAnswer(1000);
+
+    app.progressView()->buttonLancer()->click();
+
+    ASSERT_EQ(Alert::shownAlerts().size(), 1);
+    const Alert::Shown alert = Alert::shownAlerts().first();
+    EXPECT_EQ(alert.messageText, QStringLiteral("Le projet « site » est déjà utilisé par un autre programme."));
+    EXPECT_EQ(alert.informativeText, QStringLiteral("Le processus %1 (quillmere crawl) l'analyse ou le modifie : attendez "
+                                                    "qu'il ait fini.").arg(QCoreApplication::applicationPid()));
+    EXPECT_EQ(alert.buttons.size(), 1);
+    EXPECT_FALSE(controller()->downloaderOperation());
+    expectPanelIdle();
+    EXPECT_EQ(pageRecords(), 0);
+
+    // Once the other one has finished, the crawl runs, holds the lock, and lets it go.
+    other.reset();
+    Alert::clearForTesting();
+    CrawlEnds ends(controller());
+    app.progressView()->buttonLancer()->click();
+    EXPECT_TRUE(ProjectLock::isHeld(lockFile));
+    ASSERT_TRUE(ends.waitFor());
+    EXPECT_TRUE(Alert::shownAlerts().isEmpty());
+    EXPECT_EQ(pageRecords(), 5);
+    EXPECT_FALSE(ProjectLock::isHeld(lockFile));
+    EXPECT_FALSE(QFileInfo::exists(lockFile));
 }
 
 } // namespace
