@@ -5,9 +5,11 @@
 QByteArray NSURLConnectionLimitSize::sendSynchronousRequest(const URLRequest& request, HTTPURLResponsePtr* response,
                                                             qint64 downloadLimit,
                                                             const std::optional<QStringList>& contentTypeFilters,
-                                                            QVariantMap* headers, FetchErrorPtr* error)
+                                                            QVariantMap* headers, FetchErrorPtr* error,
+                                                            const std::atomic<bool>* canContinue)
 {
     NSURLConnectionWithLimit worker(request, downloadLimit, contentTypeFilters);
+    worker.setCanContinueFlag(canContinue);
     worker.start();
     // The condition remembers its signal, so a worker that ends before this wait begins
     // does not leave us waiting.

@@ -8,6 +8,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <atomic>
 #include <optional>
 
 // The limited synchronous send: runs one NSURLConnectionWithLimit worker and waits for it.
@@ -25,8 +26,11 @@ public:
     //   "contentLengthError" bool, the body outgrew the limit
     //   "isRedirect"         bool, at least one redirect was followed
     //   "redirectURL"        QString, the last redirect target; only set after a redirect
+    // canContinue, when given, abandons the transfer once it reads false: it then fails with
+    // FetchError::Cancelled.
     static QByteArray sendSynchronousRequest(const URLRequest& request, HTTPURLResponsePtr* response,
                                              qint64 downloadLimit,
                                              const std::optional<QStringList>& contentTypeFilters,
-                                             QVariantMap* headers, FetchErrorPtr* error);
+                                             QVariantMap* headers, FetchErrorPtr* error,
+                                             const std::atomic<bool>* canContinue = nullptr);
 };

@@ -35,6 +35,7 @@ void NSURLConnectionWithLimit::main()
 
     try {
         auto connection = URLConnection::connectionWithRequest(request_, this);
+        connection->setCanContinueFlag(canContinue_);
         while (shouldKeepRunning_) {
             if (!connection->runOnce())
                 break; // nothing left to run: the connection was cancelled

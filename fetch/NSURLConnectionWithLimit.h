@@ -10,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <thread>
@@ -31,6 +32,10 @@ public:
 
     NSURLConnectionWithLimit(const NSURLConnectionWithLimit&) = delete;
     NSURLConnectionWithLimit& operator=(const NSURLConnectionWithLimit&) = delete;
+
+    // A flag that, once it reads false, makes the transfer fail at once with
+    // FetchError::Cancelled (see URLConnection::setCanContinueFlag). Set it before start().
+    void setCanContinueFlag(const std::atomic<bool>* canContinue) { canContinue_ = canContinue; }
 
     // Starts the thread, which runs main().
     void start();
@@ -112,6 +117,7 @@ private:
     QString redirectURL_;
     QString contentType_ = QStringLiteral("");
     qint64 contentLength_ = -1;
+    const std::atomic<bool>* canContinue_ = nullptr;
 
     std::thread thread_;
 };

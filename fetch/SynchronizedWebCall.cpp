@@ -52,27 +52,56 @@ std::optional<QUrl> SynchronizedWebCall::URLFromString(const QString& string)
 
 URLRequest SynchronizedWebCall::requestWithURL(const QUrl& url, const QString& method) const
 {
-    URLRequest request(url, URLRequest::ReloadIgnoringLocalCacheData, timeoutInterval());
+    URLRequest request(url, URLRequest::ReloadIgnoringLocalCacheData, requestTimeoutInterval());
     request.setHTTPMethod(method);
     return request;
 }
 
+bool SynchronizedWebCall::isSameOrigin(const QUrl& url, const QUrl& origin)
+{
+    const QString scheme = url.scheme().toLower();
+    const int defaultPort = scheme == QLatin1String("https") ? 443 : 80;
+    return scheme == origin.scheme().toLower() && url.host().toLower() == origin.host().toLower()
+           && url.port(defaultPort) == origin.port(defaultPort);
+}
+
 QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::optional<QStringList>& filteredMimeType)
+{
+    return getURL(urlString, filteredMimeType, QUrl());
+}
+
+QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::optional<QStringList>& filteredMimeType,
+                                       const QUrl& requiredOrigin)
 {
     QVariantMap headers;
     downloadedSize_ = 0;
     isRedirect_ = false;
     redirectURL_ = QString();
+    isAbandoned_ = false;
+    isOtherHostRefused_ = false;
 
     const auto url = URLFromString(urlString);
     if (!url)
         return QByteArray();
 
+    if (requiredOrigin.isValid() && !isSameOrigin(*url, requiredOrigin)) {
+        // What a server that cannot be reached leaves, without a byte sent to it.
+        isOtherHostRefused_ = true;
+        contentType_ = QStringLiteral("");
+        isContentTypeError_ = false;
+        contentLength_ = -1;
+        isContentLengthError_ = false;
+        downloadedLength_ = -1;
+        is404_ = false;
+        return QByteArray();
+    }
+
     const URLRequest request = requestWithURL(*url, QStringLiteral("GET"));
     HTTPURLResponsePtr response;
     FetchErrorPtr error;
     QByteArray data = NSURLConnectionLimitSize::sendSynchronousRequest(request, &response, kDownloadLimit,
-                                                                      filteredMimeType, &headers, &error);
+                                                                      filteredMimeType, &headers, &error, canContinue_);
+    isAbandoned_ = error && error->code() == FetchError::Cancelled && canContinue_ && !canContinue_->load();
 
     const bool invalid = isInValidResponse(response, data, error);
 

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
 #include <optional>
 
 // The crawler's door to the web: a blocking GET of a URL string that answers the body only
@@ -28,6 +29,10 @@
 //   isContentTypeError()   the Content-Type matched none of the filters
 //   isContentLengthError() the body exceeded kDownloadLimit (1,048,576 bytes)
 //   is404()                the final status was 404
+//   isAbandoned()          the transfer was given up because the can-continue flag was
+//                          cleared (the crawl is stopping); the rest reads as a failure
+//   isOtherHostRefused()   nothing was sent: the URL is not on the required origin; the
+//                          rest reads as for a server that cannot be reached
 // Exception: when the string makes no URL at all, getURL() answers null at once having reset
 // only isRedirect() (false) and redirectURL() (null); the other fields keep the values of the
 // previous call.
@@ -45,6 +50,20 @@ public:
     // parsing. Answers the body when the status is 200, 201 or 204 and a non-empty body was
     // kept; otherwise a null array (isNull()), the fields telling why.
     QByteArray getURL(const QString& url, const std::optional<QStringList>& filteredMimeType);
+    // The same, but only for a URL on requiredOrigin (same scheme, host and port; an invalid
+    // origin allows any): another URL is refused before anything is sent, and the fields
+    // read as after a connection that failed, with isOtherHostRefused() true. Redirects
+    // chosen by the server are followed wherever they go.
+    QByteArray getURL(const QString& url, const std::optional<QStringList>& filteredMimeType,
+                      const QUrl& requiredOrigin);
+
+    // Whether two URLs share scheme, host and port (the scheme's default port when none is
+    // written).
+    static bool isSameOrigin(const QUrl& url, const QUrl& origin);
+
+    // The flag that abandons a transfer in progress once it reads false (the crawl's stop
+    // flag); null: transfers always run to their end.
+    void setCanContinueFlag(const std::atomic<bool>* canContinue) { canContinue_ = canContinue; }
 
     // True when the answer is unusable: no response, no body, an error, or a status other
     // than 200, 201, 204.
@@ -73,6 +92,8 @@ public:
     void setIsContentLengthError(bool v) { isContentLengthError_ = v; }
     bool is404() const { return is404_; }
     void setIs404(bool v) { is404_ = v; }
+    bool isAbandoned() const { return isAbandoned_; }
+    bool isOtherHostRefused() const { return isOtherHostRefused_; }
     // Never set by the calls; kept for callers that want a flag of their own.
     bool isError() const { return isError_; }
     void setIsError(bool v) { isError_ = v; }
@@ -90,6 +111,9 @@ public:
 
     // The time-out of the requests built here: kTimeoutInterval unless a test shortened it.
     static double timeoutInterval();
+    // This instance's time-out (seconds), e.g. from the command line; 0 or less: the one above.
+    void setTimeoutInterval(double seconds) { ownTimeoutInterval_ = seconds; }
+    double requestTimeoutInterval() const { return ownTimeoutInterval_ > 0 ? ownTimeoutInterval_ : timeoutInterval(); }
     // For tests only: a shorter time-out (seconds); 0 or less restores kTimeoutInterval.
     static void setTimeoutIntervalForTesting(double seconds);
 
@@ -110,4 +134,8 @@ private:
     qint64 downloadedLength_ = -1;
     QString redirectURL_;
     qint64 downloadedSize_ = 0;
+    bool isAbandoned_ = false;
+    bool isOtherHostRefused_ = false;
+    double ownTimeoutInterval_ = 0;
+    const std::atomic<bool>* canContinue_ = nullptr;
 };

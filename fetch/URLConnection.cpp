@@ -27,6 +27,7 @@ struct URLConnection::Exchange {
     std::chrono::milliseconds idleLimit{0};
     curl_off_t lastUploaded = 0;
     bool timedOut = false;
+    bool abandoned = false; // the can-continue flag was cleared during the exchange
     bool responseDelivered = false;
     std::optional<URLRequest> nextRequest; // set when the delegate accepted a redirect
     FetchErrorPtr pendingError;            // set when the exchange was stopped on purpose
@@ -43,14 +44,19 @@ struct URLConnectionCallbacks {
     {
         return static_cast<URLConnection*>(connection)->handleBody(data, size * count);
     }
-    // Called about once a second at least, and more often while bytes flow. A non-zero answer
-    // aborts the transfer: this is where a time-out or a cancel from another thread lands.
+    // Called at every turn of the transfer loop (at least every kPollMilliseconds) and more
+    // often while bytes flow. A non-zero answer aborts the transfer: this is where a time-out,
+    // a cancel or a cleared can-continue flag from another thread lands.
     static int progress(void* object, curl_off_t, curl_off_t, curl_off_t, curl_off_t uploaded)
     {
         auto* connection = static_cast<URLConnection*>(object);
         if (connection->cancelled_)
             return 1;
         URLConnection::Exchange& exchange = *connection->exchange_;
+        if (connection->isAbandoned()) {
+            exchange.abandoned = true;
+            return 1;
+        }
         if (uploaded != exchange.lastUploaded) {
             exchange.lastUploaded = uploaded;
             exchange.noteActivity();
@@ -63,6 +69,15 @@ struct URLConnectionCallbacks {
 };
 
 namespace {
+
+// The longest wait for socket activity before the transfer loop turns again (and checks
+// the time-out and the flags).
+constexpr int kPollMilliseconds = 100;
+
+FetchErrorPtr abandonedError()
+{
+    return FetchError::errorWithCode(FetchError::Cancelled, QStringLiteral("the transfer was abandoned"));
+}
 
 void initialiseLibcurlOnce()
 {
@@ -180,6 +195,8 @@ URLConnection::URLConnection(const URLRequest& request, URLConnectionDelegate* d
 
 URLConnection::~URLConnection()
 {
+    if (multi_)
+        curl_multi_cleanup(static_cast<CURLM*>(multi_));
     if (easy_)
         curl_easy_cleanup(static_cast<CURL*>(easy_));
 }
@@ -220,10 +237,15 @@ void URLConnection::performExchange()
         fail(error);
         return;
     }
+    if (isAbandoned()) {
+        fail(abandonedError());
+        return;
+    }
 
     if (!easy_) {
         easy_ = curl_easy_init();
-        if (!easy_) {
+        multi_ = curl_multi_init();
+        if (!easy_ || !multi_) {
             fail(FetchError::errorWithCode(FetchError::Unknown, QStringLiteral("cannot create a transfer")));
             return;
         }
@@ -275,13 +297,17 @@ void URLConnection::performExchange()
     exchange_->idleLimit = std::chrono::milliseconds(timeoutMs);
     exchange_->noteActivity();
 
-    const CURLcode code = curl_easy_perform(easy);
+    const CURLcode code = CURLcode(runTransfer());
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
     curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, nullptr);
     curl_slist_free_all(headerList);
 
     if (cancelled_) {
         state_ = State::Ended;
+        return;
+    }
+    if (exchange_->abandoned) {
+        fail(abandonedError());
         return;
     }
     if (exchange_->nextRequest) {
@@ -318,6 +344,47 @@ void URLConnection::performExchange()
     }
     state_ = State::Ended;
     delegate_->connectionDidFinishLoading(*this);
+}
+
+// curl_easy_perform's loop, with a wait short enough that a flag cleared by another thread
+// (or a signal handler) is seen within kPollMilliseconds even when the server sends nothing.
+int URLConnection::runTransfer()
+{
+    CURL* easy = static_cast<CURL*>(easy_);
+    CURLM* multi = static_cast<CURLM*>(multi_);
+    if (curl_multi_add_handle(multi, easy) != CURLM_OK)
+        return CURLE_FAILED_INIT;
+    CURLcode code = CURLE_OK;
+    bool ended = false;
+    for (;;) {
+        int running = 0;
+        if (curl_multi_perform(multi, &running) != CURLM_OK) {
+            code = CURLE_FAILED_INIT;
+            break;
+        }
+        int left = 0;
+        while (CURLMsg* message = curl_multi_info_read(multi, &left)) {
+            if (message->msg == CURLMSG_DONE && message->easy_handle == easy) {
+                code = message->data.result;
+                ended = true;
+            }
+        }
+        if (ended || running == 0)
+            break;
+        if (cancelled_ || isAbandoned()) {
+            // Seen here as well as in the progress callback, which libcurl may call less
+            // often while the server is silent.
+            exchange_->abandoned = !cancelled_;
+            code = CURLE_ABORTED_BY_CALLBACK;
+            break;
+        }
+        if (curl_multi_poll(multi, nullptr, 0, kPollMilliseconds, nullptr) != CURLM_OK) {
+            code = CURLE_FAILED_INIT;
+            break;
+        }
+    }
+    curl_multi_remove_handle(multi, easy);
+    return code;
 }
 
 void URLConnection::deliverResponse(const HTTPURLResponsePtr& response)

@@ -20,6 +20,10 @@
 // Only http and https URLs with a host are fetched; any other URL fails before anything is
 // sent. Compressed bodies are accepted and handed over decoded. The request's time-out
 // bounds the connection set-up and any period without incoming bytes.
+//
+// A "can continue" flag may be given (setCanContinueFlag): once it reads false, the
+// transfer is abandoned within a tenth of a second, wherever it stands, and fails with
+// FetchError::Cancelled. This is how a crawl that is told to stop leaves a stalled server.
 class URLConnection {
 public:
     static constexpr int kMaximumRedirects = 20;
@@ -42,9 +46,13 @@ public:
     bool runOnce();
 
     // Stops the transfer; no event follows. Meant for the delegate's event handlers; from
-    // another thread it takes effect within about a second.
+    // another thread it takes effect within about a tenth of a second.
     void cancel() { cancelled_ = true; }
     bool isCancelled() const { return cancelled_; }
+
+    // The flag read while the transfer runs (any thread may clear it); null: none.
+    void setCanContinueFlag(const std::atomic<bool>* canContinue) { canContinue_ = canContinue; }
+    bool isAbandoned() const { return canContinue_ && !canContinue_->load(); }
 
     // A plain blocking transfer on the calling thread: redirects followed, no size limit, no
     // type filter. Answers the body (empty, not null, when the body was empty), or a null
@@ -63,6 +71,7 @@ private:
     URLConnection(const URLRequest& request, URLConnectionDelegate* delegate);
 
     void performExchange();
+    int runTransfer();
     size_t handleHeaderLine(const char* data, size_t size);
     size_t handleBody(const char* data, size_t size);
     bool handleRedirect(const HTTPURLResponsePtr& response);
@@ -74,8 +83,10 @@ private:
     URLRequest currentRequest_;
     State state_ = State::NotStarted;
     std::atomic<bool> cancelled_{false};
+    const std::atomic<bool>* canContinue_ = nullptr;
     int redirectCount_ = 0;
     void* easy_ = nullptr;
+    void* multi_ = nullptr;
 
     // State of the exchange in progress.
     struct Exchange;
