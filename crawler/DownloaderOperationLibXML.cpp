@@ -347,6 +347,13 @@ void DownloaderOperationLibXML::performRedirect(const QString& url, qint32 depth
         project_->appendToFileLogHandle(QStringLiteral("SKIP::RedirectURL to %1\n").arg(target));
         return;
     }
+    const qint64 entries = QuillmereDownloaderQueue::countDownloaderQueueWithURL(target, project_);
+    if (entries >= kMaximumRedirectEntries) {
+        logAnomaly(QStringLiteral("SKIP::RedirectURL to %1: queued %2 times already, the site redirects in a loop\n")
+                       .arg(target)
+                       .arg(entries));
+        return;
+    }
     project_->appendToFileLogHandle(QStringLiteral("Perform::RedirectURL to %1\n").arg(target));
 
     const QStringList components = PathOperations::Components(QUrl(target).path(QUrl::FullyDecoded));
@@ -374,6 +381,13 @@ void DownloaderOperationLibXML::performRedirect(const QString& url, qint32 depth
     if (path.isEmpty())
         path = QStringLiteral("/");
     enqueue(target, path, name, depth + 1);
+}
+
+// What the crawl refused to do goes to the project's error log (the normal log is a hook).
+void DownloaderOperationLibXML::logAnomaly(const QString& entry)
+{
+    DebugTrace("%s", qPrintable(entry.trimmed()));
+    project_->appendToErrorFileLogHandle(entry);
 }
 
 // --- relays ---

@@ -86,6 +86,10 @@ public:
     void mainThreadSetLinkProgressWithMutableDictionnary(QVariantMap& dictionary);
     void mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(QVariantMap& dictionary);
 
+    // A redirect target already queued this many times is not queued again: the site
+    // redirects in a loop.
+    static constexpr qint64 kMaximumRedirectEntries = 20;
+
 private:
     void loadRobotsTxt();
     void reportQueueCounts(bool recount);
@@ -93,6 +97,7 @@ private:
     void analysePage(const QString& url, const QString& path, const QString& documentName, qint32 depth,
                      QuillmerePagePtr currentPage);
     void performRedirect(const QString& url, qint32 depth);
+    void logAnomaly(const QString& entry);
 
     std::atomic<bool> canContinue_{false};
     bool isPossibleFirstURLError_ = false;

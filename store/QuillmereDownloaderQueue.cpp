@@ -15,6 +15,7 @@ const char* const kGetAllWaiting =
 const char* const kCountWaiting = "select count(idt) from DownloaderQueue where perform_done=0";
 const char* const kCountDone = "select count(idt) from DownloaderQueue where perform_done=1";
 const char* const kIsInQueue = "select idt from DownloaderQueue where url=?";
+const char* const kCountWithURL = "select count(idt) from DownloaderQueue where url=?";
 const char* const kMarkDone = "update DownloaderQueue set perform_done=1 where idt=?";
 const char* const kMarkWaiting = "update DownloaderQueue set perform_done=0 where idt=?";
 
@@ -104,6 +105,18 @@ qint64 QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(const Projec
         DebugTrace("countWaitingDownloaderQueueForProject Error::%s", sqlite3_errmsg(db));
         return 0;
     }
+    return countValue(stmt, project);
+}
+
+qint64 QuillmereDownloaderQueue::countDownloaderQueueWithURL(const QString& url, const ProjectPtr& project)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kCountWithURL, &stmt)) {
+        DebugTrace("countDownloaderQueueWithURL Error::%s", sqlite3_errmsg(db));
+        return 0;
+    }
+    bindText(stmt, 1, url);
     return countValue(stmt, project);
 }
 

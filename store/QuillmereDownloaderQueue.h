@@ -26,6 +26,8 @@ public:
         const std::shared_ptr<Project>& project);
     static qint64 countWaitingDownloaderQueueForProject(const std::shared_ptr<Project>& project);
     static qint64 countDoneDownloaderQueueForProject(const std::shared_ptr<Project>& project);
+    // Entries (waiting and done) with exactly this URL.
+    static qint64 countDownloaderQueueWithURL(const QString& url, const std::shared_ptr<Project>& project);
     // Exact text comparison; waiting and done entries both count.
     static bool pageURLIsAlreadyInQueue(const QString& url, const std::shared_ptr<Project>& project);
     static QuillmereDownloaderQueuePtr downloaderQueueFromStatement(sqlite3_stmt* statement,
