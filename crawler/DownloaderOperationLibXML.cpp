@@ -74,6 +74,8 @@ DownloaderOperationLibXML::DownloaderOperationLibXML(std::shared_ptr<Project> pr
       syncWebCall_(std::make_unique<SynchronizedWebCall>()),
       arrayOfFilteredContentType_{QStringLiteral("text/html")}
 {
+    if (project_)
+        projectOrigin_ = SynchronizedWebCall::URLFromString(project_->url()).value_or(QUrl());
 }
 
 DownloaderOperationLibXML::~DownloaderOperationLibXML() = default;
@@ -207,7 +209,13 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
                                             qint32 depth, QuillmerePagePtr currentPage)
 {
     downloadPageDidStartWithURL(url, depth);
-    const QByteArray data = syncWebCall_->getURL(url, arrayOfFilteredContentType_);
+    // Only the project's own server is asked for a queued URL: a link can look internal to
+    // the link rules and still name another host (user-info, a longer host name).
+    const QByteArray data = syncWebCall_->getURL(url, arrayOfFilteredContentType_, projectOrigin_);
+    if (syncWebCall_->isOtherHostRefused()) {
+        logAnomaly(QStringLiteral("SKIP::OtherHost %1 not requested: it is not on %2\n")
+                       .arg(url, projectOrigin_.toString(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment)));
+    }
     // Asked in this order for the trace's sake; what follows depends only on the data and
     // on the redirect.
     if (!syncWebCall_->isContentTypeError() && !syncWebCall_->isContentLengthError())

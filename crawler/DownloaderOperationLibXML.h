@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QStringList>
+#include <QUrl>
 #include <QVariantMap>
 
 #include <atomic>
@@ -110,6 +111,8 @@ private:
     QList<std::shared_ptr<RobotEntry>> arrayOfDisallowedURLs_;
     bool hasDisallowedURLs_ = false;
     QString databaseError_;
+    // Scheme, host and port of the project's URL: the only server a queued URL is asked of.
+    QUrl projectOrigin_;
     bool queueCountsKnown_ = false;
     qint64 waitingCount_ = 0;
     qint64 doneCount_ = 0;
