@@ -21,7 +21,8 @@ void handler(int)
     }
     if (std::atomic<bool>* flag = g_flag.load())
         flag->store(false);
-    static const char text[] = "\nquillmere: stopping after the current page (Ctrl-C again to quit at once)\n";
+    static const char text[] =
+        "\nquillmere: stopping; a page still downloading stays in the queue for --continue (Ctrl-C again to quit at once)\n";
     (void)!write(STDERR_FILENO, text, sizeof text - 1);
 }
 } // namespace

@@ -2,8 +2,9 @@
 
 #include <atomic>
 
-// Ctrl-C (and SIGTERM) as the stop button: the first clears the crawl's stop flag so the
-// current page finishes and the end steps run; a second one quits at once.
+// Ctrl-C (and SIGTERM) as the stop button: the first clears the crawl's stop flag, which
+// abandons a transfer in progress (its page stays in the queue) or lets a page already
+// downloaded finish, and the end steps run; a second one quits at once.
 namespace StopSignal {
 void install(std::atomic<bool>* canContinue);
 void uninstall();

@@ -27,6 +27,7 @@ void CrawlRecordKeeper::crawlDidStart()
 
 void CrawlRecordKeeper::pageDidStart(const QString&, qint32 depth)
 {
+    maxDepthBeforePage_ = maxDepth_;
     pageCount_ += 1;
     pagesThisRun_ += 1;
     if (maxDepth_ < depth)
@@ -34,6 +35,14 @@ void CrawlRecordKeeper::pageDidStart(const QString&, qint32 depth)
     project_->setPages_count(pageCount_);
     // The depth of the page in hand, not the deepest one: the true maximum is written at the end.
     project_->setMax_depth(depth);
+}
+
+void CrawlRecordKeeper::pageWasAbandoned()
+{
+    pageCount_ -= 1;
+    pagesThisRun_ -= 1;
+    maxDepth_ = maxDepthBeforePage_;
+    project_->setPages_count(pageCount_);
 }
 
 void CrawlRecordKeeper::crawlDidEnd(qint64* waitingCount, qint64* doneCount)

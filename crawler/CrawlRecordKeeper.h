@@ -29,6 +29,8 @@ public:
     // downloadPageDidStartWithURL:andDepth: counts the page and writes the running count
     // and that page's depth to the project, where the crawler's limit tests read them.
     void pageDidStart(const QString& url, qint32 depth);
+    // The page just started was given up (the crawl is stopping): it is not counted.
+    void pageWasAbandoned();
     // downloaderDidEnd: weights, stop date, final counters, registry saved. Answers the
     // queue's waiting and done counts.
     void crawlDidEnd(qint64* waitingCount, qint64* doneCount);
@@ -46,4 +48,5 @@ private:
     qint32 pageCount_ = 0;
     qint32 maxDepth_ = 0;
     qint32 pagesThisRun_ = 0;
+    qint32 maxDepthBeforePage_ = 0;
 };

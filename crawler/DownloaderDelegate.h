@@ -28,4 +28,11 @@ public:
     virtual void initLinkProgressWithMaxValue(qint32 linkCountMax) = 0;
     virtual void setLinkProgressWithValue(qint32 value, qint32 maxValue) = 0;
     virtual void setWaitingQueueCount(qint32 waitingCount, qint32 doneCount) = 0;  // ...andDoneQueueDone:
+    // The page whose start was announced was not analysed: its transfer was abandoned
+    // because the crawl is stopping, and its queue entry stays waiting for a later run.
+    virtual void downloadPageWasAbandonedWithURL(const QString& url, qint32 depth)
+    {
+        (void)url;
+        (void)depth;
+    }
 };

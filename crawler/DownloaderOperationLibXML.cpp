@@ -74,6 +74,8 @@ DownloaderOperationLibXML::DownloaderOperationLibXML(std::shared_ptr<Project> pr
       syncWebCall_(std::make_unique<SynchronizedWebCall>()),
       arrayOfFilteredContentType_{QStringLiteral("text/html")}
 {
+    // A stop abandons the transfer in hand instead of waiting for a stalled server.
+    syncWebCall_->setCanContinueFlag(&canContinue_);
     if (project_)
         projectOrigin_ = SynchronizedWebCall::URLFromString(project_->url()).value_or(QUrl());
 }
@@ -171,10 +173,14 @@ void DownloaderOperationLibXML::downloadFromWaitingQueue()
                 {
                     // The page's records and its done mark land together.
                     CrawlTransaction transaction(project_->sqlite3Database());
+                    pageAbandoned_ = false;
                     downloadAndPerformURL(entry->url(), entry->path(), entry->documentName(), qint32(entry->depth()));
-                    entry->updatePerformDoneWithBooleanValue(true);
-                    --waitingCount_;
-                    ++doneCount_;
+                    // A page given up because the crawl is stopping waits for the next run.
+                    if (!pageAbandoned_) {
+                        entry->updatePerformDoneWithBooleanValue(true);
+                        --waitingCount_;
+                        ++doneCount_;
+                    }
                     if (!transaction.commit()) {
                         databaseError_ = transaction.errorMessage();
                         setCanContinue(false);
@@ -212,6 +218,11 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
     // Only the project's own server is asked for a queued URL: a link can look internal to
     // the link rules and still name another host (user-info, a longer host name).
     const QByteArray data = syncWebCall_->getURL(url, arrayOfFilteredContentType_, projectOrigin_);
+    if (syncWebCall_->isAbandoned()) {
+        pageAbandoned_ = true;
+        downloadPageWasAbandonedWithURL(url, depth);
+        return;
+    }
     if (syncWebCall_->isOtherHostRefused()) {
         logAnomaly(QStringLiteral("SKIP::OtherHost %1 not requested: it is not on %2\n")
                        .arg(url, projectOrigin_.toString(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment)));
@@ -483,6 +494,12 @@ void DownloaderOperationLibXML::setWaitingQueueCount(qint32 waitingCount, qint32
     MainThread::performAndWait([&] { mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(d); });
 }
 
+void DownloaderOperationLibXML::downloadPageWasAbandonedWithURL(const QString& url, qint32 depth)
+{
+    QVariantMap d{{kUrl, url}, {kDepth, depth}};
+    MainThread::performAndWait([&] { mainThreadDownloadPageWasAbandonedWithDictionnary(d); });
+}
+
 void DownloaderOperationLibXML::mainThreadDownloaderDidStart()
 {
     downloaderDelegate_->downloaderDidStart();
@@ -558,4 +575,9 @@ void DownloaderOperationLibXML::mainThreadSetWaitingAndDoneQueueCountWithMutable
 {
     downloaderDelegate_->setWaitingQueueCount(d.value(QStringLiteral("waitingCount")).toInt(),
                                               d.value(QStringLiteral("doneCount")).toInt());
+}
+
+void DownloaderOperationLibXML::mainThreadDownloadPageWasAbandonedWithDictionnary(QVariantMap& d)
+{
+    downloaderDelegate_->downloadPageWasAbandonedWithURL(d.value(kUrl).toString(), d.value(kDepth).toInt());
 }

@@ -71,6 +71,7 @@ public:
     void initLinkProgressWithMaxValue(qint32 linkCountMax);
     void setLinkProgressWithValue(qint32 value, qint32 maxValue);
     void setWaitingQueueCount(qint32 waitingCount, qint32 doneCount);
+    void downloadPageWasAbandonedWithURL(const QString& url, qint32 depth);
 
     // The main-thread halves: unpack the dictionary, call the delegate, store any result back.
     void mainThreadDownloaderDidStart();
@@ -86,6 +87,7 @@ public:
     void mainThreadInitLinkProgressWithMutableDictionnary(QVariantMap& dictionary);
     void mainThreadSetLinkProgressWithMutableDictionnary(QVariantMap& dictionary);
     void mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(QVariantMap& dictionary);
+    void mainThreadDownloadPageWasAbandonedWithDictionnary(QVariantMap& dictionary);
 
     // A redirect target already queued this many times is not queued again: the site
     // redirects in a loop.
@@ -113,6 +115,8 @@ private:
     QString databaseError_;
     // Scheme, host and port of the project's URL: the only server a queued URL is asked of.
     QUrl projectOrigin_;
+    // Set when the page in hand was left unanalysed because the crawl is stopping.
+    bool pageAbandoned_ = false;
     bool queueCountsKnown_ = false;
     qint64 waitingCount_ = 0;
     qint64 doneCount_ = 0;

@@ -28,6 +28,7 @@ public:
         return records_->foundLinkWithPage(pageTo, anchor, page);
     }
     QuillmerePagePtr getPageFromURL(const QString& url) override { return records_->getPageFromURL(url); }
+    void downloadPageWasAbandonedWithURL(const QString&, qint32) override { records_->pageWasAbandoned(); }
 
 protected:
     void setProject(std::shared_ptr<Project> project) { records_ = std::make_unique<CrawlRecordKeeper>(std::move(project)); }

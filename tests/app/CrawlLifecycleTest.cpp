@@ -9,6 +9,7 @@
 #include "crawler/VacuumCleanerOperation.h"
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/QuillmerePage.h"
+#include "support/StallingSite.h"
 
 #include <QProgressBar>
 #include <QRegularExpression>
@@ -149,6 +150,40 @@ TEST_F(CrawlLifecycleTest, EveryStepOfTheEndOfACrawl)
     EXPECT_TRUE(Alert::shownAlerts().isEmpty());
 }
 
+TEST_F(CrawlLifecycleTest, StopFromTheSheetAbandonsAHangingTransferAtOnce)
+{
+    StallingSite stalling(StallingSite::Stall::AfterHeaders);
+    ASSERT_TRUE(stalling.start());
+    stalling.page("/", "Home", anchor("a.html", "A") + anchor("stall.html", "Stall"));
+    stalling.page("/a.html", "A", "");
+    stalling.page("/stall.html", "Stall", "");
+    ProjectPtr project = app.createAndShowProject(QStringLiteral("hang"), QString::fromStdString(stalling.base() + "/"));
+    CrawlEnds ends(controller());
+    panel()->buttonLancer()->click();
+    ProgressWindowController* sheet = controller()->progressWindowController();
+    ASSERT_TRUE(sheet);
+    ASSERT_TRUE(waitUntil([&] { return stalling.hits("/stall.html") == 1; }));
+    waitUntil([] { return false; }, 300);  // headers in, the transfer waits for the rest
+
+    QElapsedTimer stopping;
+    stopping.start();
+    sheet->buttonStop()->click();
+    ASSERT_TRUE(ends.waitFor(1, 5000));
+    EXPECT_LT(stopping.elapsed(), 1000);
+    // The hanging page is neither counted nor done; the end of the crawl ran as usual.
+    EXPECT_EQ(project->pages_count(), 2);
+    EXPECT_EQ(QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project), 1);
+    EXPECT_TRUE(project->crawler_stop_date().isValid());
+    EXPECT_EQ(storedProjectAttributes(app.app(), QStringLiteral("hang")).value(QStringLiteral("pages_count")).toInt(), 2);
+
+    stalling.release();
+    Alert::queueAnswer(1001);
+    ASSERT_TRUE(app.crawlThroughStartButton());
+    EXPECT_EQ(stalling.hits("/stall.html"), 2);
+    EXPECT_EQ(project->pages_count(), 3);
+    EXPECT_EQ(QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project), 0);
+}
+
 // A site slow enough to be stopped in the middle: "/" links to 40 pages, each linking on to
 // the next and back home; every answer takes 20 ms.
 class StoppedCrawlTest : public CrawlLifecycleTest {
@@ -211,8 +246,10 @@ TEST_F(StoppedCrawlTest, StopFromTheSheetEndsTheCrawlThenContinueFinishesIt)
     EXPECT_EQ(sheet->result(), 1);
     EXPECT_FALSE(controller()->downloaderOperation()->canContinue());
     ASSERT_TRUE(ends.waitFor());
+    // The page in hand at the stop (the fifth) was still downloading: it is given up, not
+    // counted, and waits in the queue.
     const qint32 started = project->pages_count();
-    EXPECT_GE(started, 5);
+    EXPECT_GE(started, 4);
     EXPECT_LT(started, kPages / 2);
     const qint64 waiting = QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project);
     EXPECT_GT(waiting, 0);
@@ -244,8 +281,14 @@ TEST_F(StoppedCrawlTest, StopFromTheSheetEndsTheCrawlThenContinueFinishesIt)
     EXPECT_EQ(sortedPages(project), expected);
     EXPECT_EQ(project->pages_count(), kPages + 1);
     EXPECT_EQ(app.documentsView()->numberOfRowsInTableView(), kPages + 1);
-    for (int i = 1; i <= kPages; ++i)
-        EXPECT_EQ(site.hits("/p" + std::to_string(i) + ".html"), 1) << i;
+    // Only the page whose transfer the stop abandoned may have been asked for twice.
+    int twice = 0;
+    for (int i = 1; i <= kPages; ++i) {
+        const int hits = site.hits("/p" + std::to_string(i) + ".html");
+        EXPECT_TRUE(hits == 1 || hits == 2) << i << ": " << hits;
+        twice += hits == 2 ? 1 : 0;
+    }
+    EXPECT_LE(twice, 1);
     EXPECT_EQ(site.hits("/"), 1);
 }
 

@@ -133,7 +133,7 @@ TEST_F(CrawlCommands, APageLimitLeavesWorkForContinue)
     EXPECT_EQ(requestsFor(server, "/p5.html"), 0);
 }
 
-TEST_F(CrawlCommands, CtrlCStopsAfterTheCurrentPageAndContinueFinishes)
+TEST_F(CrawlCommands, CtrlCStopsAtOnceAndContinueFinishes)
 {
     tenPageSite(server);
     for (int i = 1; i <= 9; ++i) {
@@ -163,7 +163,7 @@ TEST_F(CrawlCommands, CtrlCStopsAfterTheCurrentPageAndContinueFinishes)
     const QString out = QString::fromUtf8(process.readAllStandardOutput());
     const QString err = QString::fromUtf8(process.readAllStandardError());
     EXPECT_TRUE(out.contains("stopped")) << out.toStdString();
-    EXPECT_TRUE(err.contains("stopping after the current page")) << err.toStdString();
+    EXPECT_TRUE(err.contains("stopping")) << err.toStdString();
     EXPECT_LT(requestsFor(server, "/p9.html"), 1);
 
     const CliResult show = run({"show", "slow"});
@@ -172,9 +172,16 @@ TEST_F(CrawlCommands, CtrlCStopsAfterTheCurrentPageAndContinueFinishes)
     const CliResult again = run({"crawl", "slow", "--continue"});
     EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
     EXPECT_TRUE(again.out.contains("0 waiting")) << again.out.toStdString();
-    // Nothing was lost and nothing fetched twice.
-    for (int i = 1; i <= 9; ++i)
-        EXPECT_EQ(requestsFor(server, "/p" + std::to_string(i) + ".html"), 1) << i;
+    // Nothing was lost: the page whose transfer the stop abandoned was fetched again, every
+    // other page once.
+    int fetchedTwice = 0;
+    for (int i = 1; i <= 9; ++i) {
+        const int n = requestsFor(server, "/p" + std::to_string(i) + ".html");
+        EXPECT_TRUE(n == 1 || n == 2) << i << ": " << n;
+        fetchedTwice += n == 2 ? 1 : 0;
+    }
+    EXPECT_LE(fetchedTwice, 1);
+    EXPECT_TRUE(again.out.contains("Pages analysed: 10 ")) << again.out.toStdString();
     const CliResult pages = run({"pages", "slow", "--format", "json"});
     EXPECT_EQ(QJsonDocument::fromJson(pages.out.toUtf8()).array().size(), 10) << pages.out.toStdString();
 }

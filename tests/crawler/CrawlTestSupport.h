@@ -180,6 +180,11 @@ public:
     {
         log("setWaitingQueueCount(" + std::to_string(waitingCount) + ", " + std::to_string(doneCount) + ")");
     }
+    void downloadPageWasAbandonedWithURL(const QString& url, qint32 depth) override
+    {
+        keeper_.pageWasAbandoned();
+        log("downloadPageWasAbandoned(" + u(url) + ", " + std::to_string(depth) + ")");
+    }
 
     // VacuumCleanerDelegate
     void vacuumCleanerDidStart() override { log("vacuumCleanerDidStart"); }
