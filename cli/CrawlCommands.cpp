@@ -12,6 +12,7 @@
 #include "crawler/MainThread.h"
 #include "crawler/OperationQueue.h"
 #include "crawler/VacuumCleanerOperation.h"
+#include "fetch/SynchronizedWebCall.h"
 #include "store/DataModelManager.h"
 #include "store/Project.h"
 #include "store/ProjectLock.h"
@@ -129,15 +130,17 @@ int finalStatus(const ProjectPtr& project, const ReportCommands::CrawlRunFigures
 QList<CommandSpec> specs()
 {
     return {
-        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart]"),
+        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S]"),
          QStringLiteral("crawl a project's site, then print the report"),
          QStringLiteral("A project crawled before has pages: --continue goes on with the URLs still waiting, --restart\n"
                         "empties the database and starts again (on a terminal without either, you are asked).\n"
-                        "Ctrl-C stops after the current page; nothing is lost and the crawl can be continued.\n"
+                        "  --timeout S  seconds a transfer may stay silent before it fails (default 1000)\n"
+                        "Ctrl-C stops within a second; a page still downloading stays in the queue, nothing is\n"
+                        "lost and the crawl can be continued.\n"
                         "Exit status: 0 done, 2 bad input, 3 the site's links do not match the project URL\n"
                         "(http/https or www.), 4 another process is crawling, vacuuming or deleting the project,\n"
                         "130 stopped.\n"),
-         1, 1, {}, {QStringLiteral("--continue"), QStringLiteral("--restart")}},
+         1, 1, {QStringLiteral("--timeout")}, {QStringLiteral("--continue"), QStringLiteral("--restart")}},
         {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME]"),
          QStringLiteral("make a project for URL and crawl it once, without limits and without the vacuum"),
          QStringLiteral("  --name NAME  the project's name (default: the URL's host)\n"), 1, 1, {QStringLiteral("--name")}, {}},
@@ -147,7 +150,7 @@ QList<CommandSpec> specs()
     };
 }
 
-int crawlAndReport(const ProjectPtr& project)
+int crawlAndReport(const ProjectPtr& project, double transferTimeout)
 {
     ReportCommands::CrawlRunFigures figures;
     QString databaseError;
@@ -158,6 +161,7 @@ int crawlAndReport(const ProjectPtr& project)
         controller->setSelf(controller);
         std::shared_ptr<DownloaderDelegate> delegate(controller, static_cast<DownloaderDelegate*>(controller.get()));
         auto operation = DownloaderOperationLibXML::initWithProject(project, delegate);
+        operation->syncWebCall()->setTimeoutInterval(transferTimeout);
         controller->setStopFlag(operation->canContinueFlag(), &StopSignal::received);
         QEventLoop loop;
         controller->setFinishedHandler([&loop] { loop.quit(); });
@@ -179,6 +183,13 @@ int crawlAndReport(const ProjectPtr& project)
 
 int runCrawl(CliContext& context)
 {
+    double transferTimeout = 0;
+    if (context.command.values.contains(QStringLiteral("--timeout"))) {
+        bool ok = false;
+        transferTimeout = context.command.values.value(QStringLiteral("--timeout")).toDouble(&ok);
+        if (!ok || !(transferTimeout > 0) || transferTimeout > 1e6)
+            return failWith(ExitUsage, QStringLiteral("--timeout wants a number of seconds above 0"));
+    }
     int status = ExitOk;
     ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
     if (!project)
@@ -193,7 +204,7 @@ int runCrawl(CliContext& context)
         return failed;
     if (!CrawlStartDecision::apply(choice, project))
         return status;
-    return crawlAndReport(project);
+    return crawlAndReport(project, transferTimeout);
 }
 
 int runCrawlURL(CliContext& context)

@@ -17,5 +17,6 @@ int runVacuum(CliContext& context);
 
 // Crawls the project (the crawler made as for a new crawl; the caller prepared a restart),
 // then vacuums it, showing progress, and prints the report. Answers the exit status.
-int crawlAndReport(const std::shared_ptr<Project>& project);
+// transferTimeout: seconds a transfer may stay silent; 0 or less keeps the default.
+int crawlAndReport(const std::shared_ptr<Project>& project, double transferTimeout = 0);
 } // namespace CrawlCommands
