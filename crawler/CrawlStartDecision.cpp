@@ -1,6 +1,8 @@
 #include "crawler/CrawlStartDecision.h"
 
 #include "crawler/CrawlRecordKeeper.h"
+#include "store/ApplicationDelegate.h"
+#include "store/Project.h"
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/QuillmerePage.h"
 
@@ -41,6 +43,13 @@ bool apply(Choice choice, const std::shared_ptr<Project>& project)
     case Choice::Decline:
         return false;
     case Choice::Restart:
+        // The zeroed counters are saved before the database is emptied: a process killed in
+        // between leaves the old pages under a count that lags, never an empty database
+        // under the old count (from which a continued crawl would count on).
+        project->setPages_count(0);
+        project->setMax_depth(0);
+        if (ApplicationDelegate* delegate = ApplicationDelegate::sharedAppDelegate())
+            delegate->saveContext();
         CrawlRecordKeeper::restartProject(project);
         return true;
     case Choice::Start:

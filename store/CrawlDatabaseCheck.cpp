@@ -208,8 +208,8 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::counters() const
                                          "pages were (a crawl killed, or unable to write the registry)")
                               .arg(pagesCount_)
                               .arg(analysed));
-    rule.title = QStringLiteral("counters: the project's pages_count %1 is within the %2 queue entries (%3 pages "
-                                "analysed), its max_depth %4 within the queue's depths (deepest %5)")
-                     .arg(pagesCount_).arg(entries).arg(analysed).arg(maxDepth_).arg(deepest);
+    rule.title = QStringLiteral("counters: the project's pages_count (%1) at most its queue entries (%2), its "
+                                "max_depth (%3) at most their deepest (%4); %5 pages analysed")
+                     .arg(pagesCount_).arg(entries).arg(maxDepth_).arg(deepest).arg(analysed);
     return rule;
 }

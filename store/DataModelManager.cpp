@@ -230,12 +230,18 @@ void DataModelManager::deleteSQLite3DatabaseWithName(const QString& path)
 
 void DataModelManager::truncateSQLite3Database(sqlite3* database)
 {
+    // All three or none: a process killed between two of them would leave pages whose links
+    // are gone, or a queue whose pages are.
+    const bool grouped = database && sqlite3_get_autocommit(database)
+                         && sqlite3_exec(database, "begin", nullptr, nullptr, nullptr) == SQLITE_OK;
     for (const char* statement : {"delete from Links", "delete from Page", "delete from DownloaderQueue"}) {
         sqlite3_stmt* stmt = nullptr;
         if (sqlite3_prepare_v2(database, statement, -1, &stmt, nullptr) == SQLITE_OK)
             sqlite3_step(stmt);
         sqlite3_finalize(stmt);
     }
+    if (grouped && sqlite3_exec(database, "commit", nullptr, nullptr, nullptr) != SQLITE_OK)
+        sqlite3_exec(database, "rollback", nullptr, nullptr, nullptr);
 }
 
 const char* const* DataModelManager::crawlDatabaseSchema(int* count)

@@ -7,6 +7,7 @@
 #include "support/CrawlDatabaseSnapshot.h"
 #include "support/LocalHttpServer.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -15,6 +16,8 @@
 #include <chrono>
 #include <csignal>
 #include <thread>
+
+#include <unistd.h>
 
 namespace {
 
@@ -187,6 +190,39 @@ TEST_F(CrashConsistency, KilledCrawlsStaySoundAndContinueToTheSamePagesAndLinks)
     }
     EXPECT_GE(kills, 40);
     EXPECT_GE(killsAfterTheLastPage, 1);
+}
+
+TEST_F(CrashConsistency, RestartsKilledAsTheyBeginLeaveASoundDatabase)
+{
+    // A restart empties the crawl database and sets the counters back before its first
+    // request. Each run is killed a little later after its first write to the database
+    // began (its journal appeared): in the emptying, or just after it.
+    ASSERT_EQ(runCli({"new", "site", base}, dir.path()).exitCode, 0);
+    ASSERT_EQ(runCli({"crawl", "site"}, dir.path()).exitCode, 0);
+    ASSERT_EQ(runCli({"crawl", "site", "--restart"}, dir.path()).exitCode, 0);
+    const CrawlDatabaseSnapshot restarted = CrawlDatabaseSnapshot::read(database("site"));
+    const QByteArray journal = QFile::encodeName(database("site") + "-journal");
+    for (int micros = 0; micros <= 12000; micros += 400) {
+        ASSERT_EQ(runCli({"crawl", "site", "--restart"}, dir.path()).exitCode, 0);  // pages to empty again
+        QProcess process;
+        process.start(QStringLiteral(QUILLMERE_CLI_PATH), {"--data-dir", dir.path(), "crawl", "site", "--restart"});
+        ASSERT_TRUE(process.waitForStarted());
+        const auto started = std::chrono::steady_clock::now();
+        while (::access(journal.constData(), F_OK) != 0 && process.state() == QProcess::Running
+               && std::chrono::steady_clock::now() - started < std::chrono::seconds(20))
+            std::this_thread::sleep_for(std::chrono::microseconds(50));
+        std::this_thread::sleep_for(std::chrono::microseconds(micros));
+        ::kill(pid_t(process.processId()), SIGKILL);
+        process.waitForFinished(10000);
+        const CliResult r = runCli({"check", "site"}, dir.path());
+        EXPECT_EQ(r.exitCode, 0) << "killed " << micros << " µs after its first write began:\n" << r.out.toStdString()
+                                 << r.err.toStdString();
+    }
+    const CliResult r = runCli({"crawl", "site", "--restart"}, dir.path());
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const CrawlDatabaseSnapshot result = CrawlDatabaseSnapshot::read(database("site"));
+    EXPECT_EQ(difference(result.pages, restarted.pages), "");
+    EXPECT_EQ(difference(result.links, restarted.links), "");
 }
 
 } // namespace
