@@ -1,6 +1,7 @@
 #include "crawler/CrawlRecordKeeper.h"
 
 #include "store/ApplicationDelegate.h"
+#include "store/DataModelManager.h"
 #include "store/DebugTrace.h"
 #include "store/Project.h"
 #include "store/QuillmereDownloaderQueue.h"
@@ -23,10 +24,20 @@ void CrawlRecordKeeper::crawlDidStart()
     pageCount_ = project_->pages_count();
     maxDepth_ = project_->max_depth();
     pagesThisRun_ = 0;
+    sinceLastSave_.invalidate();
 }
 
 void CrawlRecordKeeper::pageDidStart(const QString&, qint32 depth)
 {
+    // Saved before this page is counted: every page counted so far has been committed.
+    if (!sinceLastSave_.isValid() || sinceLastSave_.elapsed() >= 1000) {
+        sinceLastSave_.start();
+        // No rollback on failure: the counters in memory are what the limits read, and the
+        // next save (a second later, or at the end) tries again.
+        ApplicationDelegate* delegate = ApplicationDelegate::sharedAppDelegate();
+        if (DataModelManager* manager = delegate ? delegate->dataModelManager() : nullptr)
+            manager->saveContext(false);
+    }
     maxDepthBeforePage_ = maxDepth_;
     pageCount_ += 1;
     pagesThisRun_ += 1;

@@ -2,6 +2,7 @@
 
 #include "store/QuillmerePage.h"
 
+#include <QElapsedTimer>
 #include <QString>
 
 #include <memory>
@@ -28,6 +29,8 @@ public:
     void crawlDidStart();
     // downloadPageDidStartWithURL:andDepth: counts the page and writes the running count
     // and that page's depth to the project, where the crawler's limit tests read them.
+    // Once a second at most, it first saves the registry: the counters saved then are
+    // those of the pages done, so a crawl killed outright continues from true counts.
     void pageDidStart(const QString& url, qint32 depth);
     // The page just started was given up (the crawl is stopping): it is not counted.
     void pageWasAbandoned();
@@ -49,4 +52,5 @@ private:
     qint32 maxDepth_ = 0;
     qint32 pagesThisRun_ = 0;
     qint32 maxDepthBeforePage_ = 0;
+    QElapsedTimer sinceLastSave_;
 };
