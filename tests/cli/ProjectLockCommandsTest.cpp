@@ -21,7 +21,7 @@ class ProjectLockCommands : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        SlowTestSite::serve(server, 40);
+        SlowTestSite::serve(server, 80);  // about 3 s a crawl: time for the commands below
         ASSERT_TRUE(server.start());
         base = QString::fromStdString(server.baseUrl());
     }
