@@ -50,6 +50,7 @@ protected:
                   << " ms, peak RSS " << process.maxRssKb() / 1024.0 << " MB\n";
         EXPECT_EQ(process.termSignal(), 0) << "killed by signal " << process.termSignal();
         EXPECT_EQ(process.exitCode(), 0) << err.toStdString();
+        EXPECT_GT(process.maxRssKb(), 0) << "no memory sample";
         EXPECT_LT(process.maxRssKb(), kMemoryCeilingKb);
         EXPECT_TRUE(out.contains("Pages analysed:")) << out.toStdString();
     }

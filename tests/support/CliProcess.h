@@ -22,8 +22,10 @@
 extern char** environ;
 
 // The quillmere program run as a child process that a test can signal or kill, and whose
-// peak memory (the kernel's maximum resident set size of the child) and running time are
-// measured. Standard output and error go to files, read once it has ended.
+// peak memory and running time are measured. The peak is the program's own high-water mark
+// (VmHWM in /proc/PID/status, read every few milliseconds while it runs): the kernel's
+// maximum resident size of a child also counts the test process it was spawned from.
+// Standard output and error go to files, read once it has ended.
 class CliProcess {
 public:
     CliProcess(const QStringList& arguments, const QString& dataDir)
@@ -83,6 +85,7 @@ public:
     {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
         while (running()) {
+            sampleHighWaterMark();
             int status = 0;
             rusage usage{};
             const pid_t done = ::wait4(pid_, &status, WNOHANG, &usage);
@@ -91,14 +94,13 @@ public:
                 elapsedMs_ = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now()
                                                                                    - started_)
                                  .count();
-                maxRssKb_ = usage.ru_maxrss;
                 exitCode_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
                 termSignal_ = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
                 break;
             }
             if (done < 0 || std::chrono::steady_clock::now() >= deadline)
                 break;
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
         }
         return ended_;
     }
@@ -113,6 +115,20 @@ public:
     QString err() const { return read("err"); }
 
 private:
+    void sampleHighWaterMark()
+    {
+        QFile status(QStringLiteral("/proc/%1/status").arg(pid_));
+        if (!status.open(QIODevice::ReadOnly))
+            return;
+        for (const QByteArray& line : status.readAll().split('\n')) {
+            if (line.startsWith("VmHWM:")) {
+                const long kb = line.mid(6).trimmed().split(' ').value(0).toLong();
+                if (kb > maxRssKb_)
+                    maxRssKb_ = kb;
+            }
+        }
+    }
+
     QString read(const char* name) const
     {
         QFile file(QDir(files_.path()).filePath(QString::fromLatin1(name)));
