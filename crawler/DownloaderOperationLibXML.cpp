@@ -215,9 +215,11 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
                                             qint32 depth, QuillmerePagePtr currentPage)
 {
     downloadPageDidStartWithURL(url, depth);
-    // Only the project's own server is asked for a queued URL: a link can look internal to
-    // the link rules and still name another host (user-info, a longer host name).
-    const QByteArray data = syncWebCall_->getURL(url, arrayOfFilteredContentType_, projectOrigin_);
+    // Only the project's own server is asked for a URL taken from a link: a link can look
+    // internal to the link rules and still name another host (user-info, a longer host
+    // name). A redirect target is the site's own choice and goes wherever it points.
+    const QUrl origin = redirectTargets_.contains(url) ? QUrl() : projectOrigin_;
+    const QByteArray data = syncWebCall_->getURL(url, arrayOfFilteredContentType_, origin);
     if (syncWebCall_->isAbandoned()) {
         pageAbandoned_ = true;
         downloadPageWasAbandonedWithURL(url, depth);
@@ -399,6 +401,7 @@ void DownloaderOperationLibXML::performRedirect(const QString& url, qint32 depth
     }
     if (path.isEmpty())
         path = QStringLiteral("/");
+    redirectTargets_.insert(target);
     enqueue(target, path, name, depth + 1);
 }
 

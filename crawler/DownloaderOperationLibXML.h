@@ -4,6 +4,7 @@
 #include "crawler/Operation.h"
 
 #include <QList>
+#include <QSet>
 #include <QStringList>
 #include <QUrl>
 #include <QVariantMap>
@@ -115,6 +116,9 @@ private:
     QString databaseError_;
     // Scheme, host and port of the project's URL: the only server a queued URL is asked of.
     QUrl projectOrigin_;
+    // The redirect targets queued in this run: the site's server chose them, so they may be
+    // on another host.
+    QSet<QString> redirectTargets_;
     // Set when the page in hand was left unanalysed because the crawl is stopping.
     bool pageAbandoned_ = false;
     bool queueCountsKnown_ = false;
