@@ -1,5 +1,7 @@
 #include "store/CrawlDatabaseCheck.h"
 
+#include <QHash>
+
 #include <sqlite3.h>
 
 namespace {
@@ -161,28 +163,40 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::doneEntriesWereReached() const
     // failed fetch), or else the answer's LinkHeaders row (a page that could not be parsed, or
     // that asked not to be indexed or was canonical elsewhere before any link named it). A
     // redirect leaves neither: its target is queued after it at the next depth, unless that
-    // target was analysed before it or sits 20 times in the queue already.
+    // target was analysed before it or sits 20 times in the queue already. Entries are taken
+    // in the order of their ids, so "before" and "after" are their ids' order.
     Rule rule;
     const qint64 done = count("select count(*) from DownloaderQueue where perform_done = 1", &rule);
     const bool manyTimesQueued =
         count("select count(*) from (select url from DownloaderQueue group by url having count(*) >= 20)", &rule) > 0;
+    const qint64 firstAnalysed = count(
+        "select coalesce(min(Q.idt), 0) from DownloaderQueue Q where Q.perform_done = 1 and exists (select 1 from Page P "
+        "where P.title <> '' and P.url in (case when Q.url like '%/' then substr(Q.url, 1, length(Q.url) - 1) else Q.url "
+        "end, case when Q.url like '%/' then Q.url else Q.url || '/' end))",
+        &rule);
+    QHash<qint64, qint64> lastAtDepth;
+    forEachRow("select depth, max(idt) from DownloaderQueue group by depth", &rule, [&](sqlite3_stmt* stmt) {
+        lastAtDepth.insert(sqlite3_column_int64(stmt, 0), sqlite3_column_int64(stmt, 1));
+        return QString();
+    });
     qint64 redirects = 0;
     forEachRow(
-        "with Bare as (select Q.idt, Q.url, Q.depth, case when Q.url like '%/' then substr(Q.url, 1, length(Q.url) - 1) "
-        "else Q.url end as stem from DownloaderQueue Q where Q.perform_done = 1) "
-        "select B.url, exists (select 1 from DownloaderQueue T where T.idt > B.idt and T.depth = B.depth + 1), "
-        "exists (select 1 from DownloaderQueue T join Page P on P.url in (case when T.url like '%/' then "
-        "substr(T.url, 1, length(T.url) - 1) else T.url end, case when T.url like '%/' then T.url else T.url || '/' end) "
-        "where T.idt < B.idt and T.perform_done = 1 and P.title <> '') "
-        "from Bare B where not exists (select 1 from Page P where P.title <> '' and P.url in (B.stem, B.stem || '/')) "
-        "and not exists (select 1 from LinkHeaders H where H.url = B.url) order by B.idt",
+        "with Done as (select idt, url, depth, case when url like '%/' then substr(url, 1, length(url) - 1) else url end "
+        "as stem from DownloaderQueue where perform_done = 1) "
+        "select D.idt, D.url, D.depth from Done D "
+        "where not exists (select 1 from Page P where P.title <> '' and P.url in (D.stem, D.stem || '/')) "
+        "and not exists (select 1 from LinkHeaders H where H.url = D.url) order by D.idt",
         &rule, [&](sqlite3_stmt* stmt) {
-            if (sqlite3_column_int(stmt, 1) || sqlite3_column_int(stmt, 2) || manyTimesQueued) {
+            const qint64 idt = sqlite3_column_int64(stmt, 0);
+            const qint64 depth = sqlite3_column_int64(stmt, 2);
+            const bool targetQueuedAfter = lastAtDepth.value(depth + 1, 0) > idt;
+            const bool targetAnalysedBefore = firstAnalysed > 0 && firstAnalysed < idt;
+            if (targetQueuedAfter || targetAnalysedBefore || manyTimesQueued) {
                 ++redirects;
                 return QString();
             }
             return QStringLiteral("%1: marked done, but neither its page nor its answer was recorded, and nothing "
-                                  "was queued after it").arg(text(stmt, 0));
+                                  "was queued after it").arg(text(stmt, 1));
         });
     rule.title = QStringLiteral("done entries: each done queue entry has its page or its answer recorded, or was "
                                 "redirected (%1 done, %2 of them redirects)").arg(done).arg(redirects);
