@@ -146,8 +146,9 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::analysedPagesAreDone() const
     // marks the entry done: a titled page whose entry still waits lost its done mark.
     Rule rule;
     const qint64 analysed = count("select count(*) from Page where title <> ''", &rule);
+    // "+": found by URL, not by state (the state's index would walk every done entry).
     const QByteArray sql = QByteArray("select P.url from Page P where P.title <> '' and not exists (select 1 from "
-                                      "DownloaderQueue Q where Q.perform_done = 1 and Q.url in ")
+                                      "DownloaderQueue Q where +Q.perform_done = 1 and Q.url in ")
                            + kEntriesOfPage + ") order by P.idt";
     forEachRow(sql.constData(), &rule, [](sqlite3_stmt* stmt) {
         return QStringLiteral("%1: analysed, but no queue entry for it is marked done").arg(text(stmt, 0));
