@@ -86,6 +86,10 @@ TEST_F(CheckCommand, AFinishedCrawlIsSound)
 
     EXPECT_EQ(run({"check", "nobody"}).exitCode, 2);
     EXPECT_EQ(run({"check"}).exitCode, 2);
+    r = run({"check", "--help"});
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.out.startsWith("Usage: quillmere [--data-dir DIR] check NAME\n")) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains("5 something is wrong"));
 }
 
 TEST_F(CheckCommand, TheBuiltInDemoIsSound)
