@@ -2,6 +2,7 @@
 
 #include "cli/ProjectAccess.h"
 #include "cli/ProjectLocking.h"
+#include "crawler/CrawlRecordKeeper.h"
 #include "store/CrawlDatabaseCheck.h"
 #include "store/Project.h"
 #include "store/ProjectLock.h"
@@ -37,7 +38,7 @@ int run(CliContext& context)
         out += QStringLiteral("  (in use by %1: its page count and depth are not checked)\n")
                    .arg(ProjectLocking::describeOwner(owner, purpose));
     else
-        check.setProjectCounters(project->pages_count(), project->max_depth());
+        check.setProjectCounters(CrawlRecordKeeper::pageCountOf(project), project->max_depth());
 
     const QList<CrawlDatabaseCheck::Rule> rules = check.run();
     int broken = 0;

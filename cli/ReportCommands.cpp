@@ -2,6 +2,7 @@
 
 #include "cli/ProjectAccess.h"
 #include "cli/TableOutput.h"
+#include "crawler/CrawlRecordKeeper.h"
 #include "store/DateFormatter.h"
 #include "store/Localization.h"
 #include "store/PageFilter.h"
@@ -115,7 +116,7 @@ int runShow(CliContext& context)
     out += QStringLiteral("Created:        %1\n").arg(dateText(project->creation_date()));
     out += QStringLiteral("Limits:         depth %1, pages %2\n").arg(limitText(project->limit_depth()), limitText(project->limit_page_count()));
     out += QStringLiteral("Last crawl:     %1 to %2\n").arg(dateText(project->crawler_start_date()), dateText(project->crawler_stop_date()));
-    out += QStringLiteral("Pages crawled:  %1\n").arg(project->pages_count());
+    out += QStringLiteral("Pages crawled:  %1\n").arg(CrawlRecordKeeper::pageCountOf(project));
     out += QStringLiteral("Deepest depth:  %1\n").arg(project->max_depth());
     out += QStringLiteral("Pages known:    %1\n").arg(QuillmerePage::countPagesForProject(project));
     out += QStringLiteral("Queue:          %1 done, %2 waiting\n")

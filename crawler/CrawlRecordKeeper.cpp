@@ -9,10 +9,51 @@
 
 #include <QDateTime>
 
+#include <sqlite3.h>
+
 CrawlRecordKeeper::CrawlRecordKeeper(std::shared_ptr<Project> project) : project_(std::move(project)) {}
+
+namespace {
+// The running page count is also kept in the crawl database's header, written inside the
+// transaction of the page that counts it: it is exactly as far as the pages committed, even
+// after a crash, where the registry (saved once a second) may lag behind.
+constexpr const char* kCommittedCountPragma = "PRAGMA user_version";
+
+void writeCommittedCount(const std::shared_ptr<Project>& project, qint32 count)
+{
+    if (sqlite3* db = project->sqlite3Database()) {
+        const QByteArray sql = QByteArray(kCommittedCountPragma) + " = " + QByteArray::number(qMax(0, count));
+        sqlite3_exec(db, sql.constData(), nullptr, nullptr, nullptr);
+    }
+}
+
+qint32 readCommittedCount(const std::shared_ptr<Project>& project)
+{
+    qint32 count = 0;
+    sqlite3* db = project->sqlite3Database();
+    sqlite3_stmt* stmt = nullptr;
+    if (db && sqlite3_prepare_v2(db, kCommittedCountPragma, -1, &stmt, nullptr) == SQLITE_OK
+        && sqlite3_step(stmt) == SQLITE_ROW)
+        count = sqlite3_column_int(stmt, 0);
+    sqlite3_finalize(stmt);
+    return count;
+}
+} // namespace
+
+qint32 CrawlRecordKeeper::committedPageCount(const std::shared_ptr<Project>& project)
+{
+    return readCommittedCount(project);
+}
+
+qint32 CrawlRecordKeeper::pageCountOf(const std::shared_ptr<Project>& project)
+{
+    return qMax(project->pages_count(), readCommittedCount(project));
+}
 
 void CrawlRecordKeeper::restartProject(const std::shared_ptr<Project>& project)
 {
+    // Zeroed before the pages go, so that no empty database is left with the old count.
+    writeCommittedCount(project, 0);
     project->truncateSQLiteDatabase();
     project->setPages_count(0);
     project->setMax_depth(0);
@@ -21,7 +62,8 @@ void CrawlRecordKeeper::restartProject(const std::shared_ptr<Project>& project)
 void CrawlRecordKeeper::crawlDidStart()
 {
     project_->setCrawler_start_date(QDateTime::currentDateTime());
-    pageCount_ = project_->pages_count();
+    // After a crawl killed outright the registry's count may lag behind the pages committed.
+    pageCount_ = pageCountOf(project_);
     maxDepth_ = project_->max_depth();
     pagesThisRun_ = 0;
     sinceLastSave_.invalidate();
@@ -44,6 +86,7 @@ void CrawlRecordKeeper::pageDidStart(const QString&, qint32 depth)
     if (maxDepth_ < depth)
         maxDepth_ = depth;
     project_->setPages_count(pageCount_);
+    writeCommittedCount(project_, pageCount_);
     // The depth of the page in hand, not the deepest one: the true maximum is written at the end.
     project_->setMax_depth(depth);
 }
@@ -54,6 +97,7 @@ void CrawlRecordKeeper::pageWasAbandoned()
     pagesThisRun_ -= 1;
     maxDepth_ = maxDepthBeforePage_;
     project_->setPages_count(pageCount_);
+    writeCommittedCount(project_, pageCount_);
 }
 
 void CrawlRecordKeeper::crawlDidEnd(qint64* waitingCount, qint64* doneCount)

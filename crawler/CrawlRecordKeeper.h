@@ -22,6 +22,11 @@ public:
     // Pages started since crawlDidStart (pageCount also counts those of earlier runs).
     qint32 pagesStartedThisRun() const { return pagesThisRun_; }
 
+    // The page count as far as the pages committed to the crawl database.
+    static qint32 committedPageCount(const std::shared_ptr<Project>& project);
+    // The project's page count: the registry's, or the committed one when a crawl killed
+    // outright left the registry behind.
+    static qint32 pageCountOf(const std::shared_ptr<Project>& project);
     // A crawl from scratch: empties the crawl database and the last crawl's counters.
     static void restartProject(const std::shared_ptr<Project>& project);
 

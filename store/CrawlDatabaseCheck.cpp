@@ -207,9 +207,9 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::doneEntriesWereReached() const
 CrawlDatabaseCheck::Rule CrawlDatabaseCheck::counters() const
 {
     // Every page counted came from a queue entry, and the depth kept is that of a page taken
-    // from the queue. The registry is saved apart from the crawl database, at most once a
-    // second during a crawl: after a crawl killed outright, or one that could not write the
-    // registry, the count may lag behind the pages analysed; that is said, not failed.
+    // from the queue. The count is the one committed with the pages, or the registry's for a
+    // database made before the count was kept there: that one may lag behind the pages
+    // analysed after a crawl killed outright, which is said, not failed.
     Rule rule;
     const qint64 entries = count("select count(*) from DownloaderQueue", &rule);
     const qint64 analysed = count("select count(*) from Page where title <> ''", &rule);

@@ -88,4 +88,61 @@ TEST(CrawlKill, AfterAKillTheSavedCountMatchesThePagesDoneAndContinueCountsAsAWh
     EXPECT_TRUE(resumed.out.contains(" done, 0 waiting")) << resumed.out.toStdString();
 }
 
+TEST(CrawlKill, FastPagesToo)
+{
+    // The same with pages that take no time: the registry, saved once a second, lags behind,
+    // but the count committed with each page does not.
+    std::atomic<bool> slow{true};
+    std::atomic<bool> released{false};
+    LocalHttpServer server;
+    ASSERT_TRUE(server.start());
+    std::string links;
+    for (int i = 1; i <= 5; ++i)
+        links += "<a href=\"/p" + std::to_string(i) + ".html\">P" + std::to_string(i) + "</a>";
+    auto answer = [&slow, &released](const std::string& title, const std::string& body, bool hangs) {
+        return [&slow, &released, title, body, hangs](const HttpRequest&, HttpResponse& response) {
+            if (slow)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            for (int i = 0; hangs && slow && !released && i < 3000; ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            response.setContent(page(title, body), "text/html");
+        };
+    };
+    server.route("/", answer("Home", links, false));
+    for (int i = 1; i <= 5; ++i)
+        server.route("/p" + std::to_string(i) + ".html", answer("P" + std::to_string(i), "<a href=\"/\">home</a>", i == 4));
+    const QString base = QString::fromStdString(server.baseUrl());
+
+    QTemporaryDir dir;
+    ASSERT_EQ(runCli({"new", "killed", base}, dir.path()).exitCode, 0);
+    ASSERT_EQ(runCli({"new", "whole", base}, dir.path()).exitCode, 0);
+
+    {
+        CliProcess crawl({"crawl", "killed"}, dir.path());
+        ASSERT_TRUE(crawl.started());
+        for (int i = 0; i < 2000 && requestsFor(server, "/p4.html") == 0; ++i)
+            QThread::msleep(10);
+        ASSERT_EQ(requestsFor(server, "/p4.html"), 1);
+        QThread::msleep(200);
+        crawl.signal(SIGKILL);
+        ASSERT_TRUE(crawl.wait(10000));
+        EXPECT_EQ(crawl.termSignal(), SIGKILL);
+    }
+    released = true;
+
+    // Home, p1, p2 and p3 were done; p4 was in flight.
+    const CliResult show = runCli({"show", "killed"}, dir.path());
+    EXPECT_TRUE(show.out.contains("Queue:          4 done, 2 waiting")) << show.out.toStdString();
+    EXPECT_TRUE(show.out.contains("Pages crawled:  4")) << show.out.toStdString();
+
+    slow = false;
+    const CliResult resumed = runCli({"crawl", "killed", "--continue"}, dir.path());
+    EXPECT_EQ(resumed.exitCode, 0) << resumed.err.toStdString();
+    const CliResult whole = runCli({"crawl", "whole"}, dir.path());
+    EXPECT_EQ(whole.exitCode, 0) << whole.err.toStdString();
+    EXPECT_TRUE(whole.out.contains("Pages analysed: 6 (this run: 6)")) << whole.out.toStdString();
+    EXPECT_TRUE(resumed.out.contains("Pages analysed: 6 (this run: 2)")) << resumed.out.toStdString();
+    EXPECT_TRUE(resumed.out.contains(" done, 0 waiting")) << resumed.out.toStdString();
+}
+
 } // namespace
