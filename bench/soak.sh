@@ -4,8 +4,9 @@
 # second and the progress lines' page counts.
 #   bench/soak.sh [N]
 # Prints, for every 10,000 pages, the RSS then and the time per page over those 10,000 pages;
-# then RSS at the end against RSS at 10,000 pages (target <= 1.2) and the last slice's time per
-# page against the first's (target: flat). Exit status 1 when memory misses its target.
+# then RSS at the vacuum's end and the peak (VmHWM at exit, the final report included) against
+# RSS at 10,000 pages (target for the peak <= 1.2), and the last slice's time per page against
+# the first's (target: flat). Exit status 1 when memory misses its target.
 # QUILLMERE=path/to/quillmere skips the build and crawls with that program;
 # QUILLMERE_BUILD_LOCK=FILE builds under flock FILE (for machines where builds share a tree).
 set -euo pipefail

@@ -7,12 +7,14 @@ The command's standard output goes to DIR/report, its progress lines (standard e
 line a second when it is not a terminal: "<pages> pages  depth ...") to DIR/progress, each
 prefixed with the second it arrived. Every INTERVAL seconds the process's VmRSS and VmHWM are
 read from /proc, into DIR/memory. At the end this prints a table: RSS when the crawl reached
-every multiple of SLICE pages, the time per page of each slice of SLICE pages, RSS at the end,
-the peak, and three ratios: RSS at the end over RSS at SLICE pages, the peak over the same,
-and the last full slice's time per page over the first's.
+every multiple of SLICE pages, the time per page of each slice of SLICE pages, RSS at the last
+progress line (the vacuum's end; the report follows) and at the last sample,
+the peak (VmHWM at exit, which the kernel also keeps for the report after the last sample),
+and three ratios: RSS at the vacuum's end over RSS at SLICE pages, the peak over the same, and
+the last full slice's time per page over the first's.
 
-Exit status: the command's when it failed; 1 when RSS at the end is above 1.2 times RSS at
-SLICE pages; 0 otherwise.
+Exit status: the command's when it failed; 1 when the peak is above 1.2 times RSS at SLICE
+pages; 0 otherwise.
 """
 import argparse
 import bisect
@@ -138,28 +140,27 @@ def main():
         before_t, before_p = t, pages
     # The last progress line comes when the vacuum ends; the report is printed after it.
     vacuum_end = progress[-1][0]
-    vacuum_rss = rss_at(memory, vacuum_end)
-    end_rss = memory[-1][1]
-    print(f"{'progress':>10}  {vacuum_end:>8.1f}  {mb(vacuum_rss):>7}  (the last progress line: the vacuum's end)")
-    print(f"{'end':>10}  {memory[-1][0]:>8.1f}  {mb(end_rss):>7}  (the last sample; the program exited at {elapsed:.1f} s)")
-    if final_peak > peak:
-        when = "reached after the last sample, as the program ended"
+    before_end = [m for m in memory if m[0] <= vacuum_end] or memory[:1]
+    vacuum_rss = before_end[-1][1]
+    print(f"{'vacuum':>10}  {vacuum_end:>8.1f}  {mb(vacuum_rss):>7}  (the last progress line, at the vacuum's end)")
+    print(f"{'last':>10}  {memory[-1][0]:>8.1f}  {mb(memory[-1][1]):>7}  (the last sample; the program exited at {elapsed:.1f} s)")
+    if final_peak > peak or peak_time > vacuum_end:
+        when = "reached after the last progress line"
     else:
         counts = [p for _, p in progress]
         peak_pages = counts[max(0, bisect.bisect_right([t for t, _ in progress], peak_time) - 1)]
         when = f"reached at {peak_time:.1f} s, near {peak_pages:,} pages"
-    print(f"{'peak':>10}  {'':>8}  {mb(final_peak):>7}  (VmHWM, {when})")
+    print(f"{'peak':>10}  {'':>8}  {mb(final_peak):>7}  (VmHWM at exit, {when})")
 
     status = 0
     if total >= args.slice:
         first_rss = rss_at(memory, crossing_time(progress, args.slice))
-        memory_ratio = end_rss / first_rss
+        print(f"RSS at the vacuum's end / RSS at {args.slice:,} pages: {vacuum_rss / first_rss:.2f}")
+        memory_ratio = final_peak / first_rss
         verdict = "ok" if memory_ratio <= MEMORY_TARGET else "ABOVE TARGET"
-        print(f"RSS at the end / RSS at {args.slice:,} pages: {memory_ratio:.2f} (target <= {MEMORY_TARGET}: {verdict})")
+        print(f"VmHWM at exit / RSS at {args.slice:,} pages: {memory_ratio:.2f} (target <= {MEMORY_TARGET}: {verdict})")
         if memory_ratio > MEMORY_TARGET:
             status = 1
-        print(f"RSS at the last progress line / RSS at {args.slice:,} pages: {vacuum_rss / first_rss:.2f}; "
-              f"peak / RSS at {args.slice:,} pages: {final_peak / first_rss:.2f}")
     if len(slices) >= 2:
         print(f"time per page, last slice / first slice: {slices[-1] / slices[0]:.2f} "
               f"({slices[-1]:.3f} ms / {slices[0]:.3f} ms; target: flat)")
