@@ -1,5 +1,6 @@
 #include "crawler/VacuumCleanerOperation.h"
 
+#include "crawler/CrawlTransaction.h"
 #include "crawler/MainThread.h"
 #include "crawler/RecordMetaTypes.h"
 #include "store/Project.h"
@@ -14,14 +15,20 @@ VacuumCleanerOperation::VacuumCleanerOperation(std::shared_ptr<Project> project,
 void VacuumCleanerOperation::main()
 {
     vacuumCleanerDidStart();
-    const QList<QuillmerePagePtr> pages = QuillmerePage::getAllVacuumPagesForProject(project_);
-    const qint32 count = qint32(pages.size());
-    for (qint32 i = 0; i < count; ++i) {
-        const QuillmerePagePtr& page = pages[i];
-        vacuumProgressIndex(i, count);
-        vacuumingPage(page);
-        for (const auto& link : QuillmereLink::getSourcesLinksFromPage(page, project_))
-            QuillmerePage::decOutLinkCountWithPageIdentifier(qint32(link->idt_source()), project_);
+    {
+        // All or nothing: a vacuum cut short (killed, disk full) must not leave some counts
+        // decremented, since running it again decrements them all again.
+        CrawlTransaction transaction(project_->sqlite3Database());
+        const QList<QuillmerePagePtr> pages = QuillmerePage::getAllVacuumPagesForProject(project_);
+        const qint32 count = qint32(pages.size());
+        for (qint32 i = 0; i < count; ++i) {
+            const QuillmerePagePtr& page = pages[i];
+            vacuumProgressIndex(i, count);
+            vacuumingPage(page);
+            for (const auto& link : QuillmereLink::getSourcesLinksFromPage(page, project_))
+                QuillmerePage::decOutLinkCountWithPageIdentifier(qint32(link->idt_source()), project_);
+        }
+        transaction.commit();
     }
     vacuumCleanerDidEnd();
 }

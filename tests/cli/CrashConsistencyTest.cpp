@@ -223,7 +223,7 @@ TEST_F(CrashConsistency, KilledCrawlsStaySoundAndContinueToTheSamePagesAndLinks)
         r = runCli({"check", "site"}, dir.path());
         EXPECT_EQ(r.exitCode, 0) << r.out.toStdString();
     }
-    EXPECT_GE(kills, 60);
+    EXPECT_GE(kills, 30);
     EXPECT_GE(killsAfterTheLastPage, 3);
 }
 
