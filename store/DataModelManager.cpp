@@ -226,6 +226,9 @@ void DataModelManager::closeSQLite3Database(sqlite3* database)
 void DataModelManager::deleteSQLite3DatabaseWithName(const QString& path)
 {
     QFile::remove(path);
+    // A crawl killed inside a transaction leaves its journal beside the database.
+    for (const char* suffix : {"-journal", "-wal", "-shm"})
+        QFile::remove(path + QLatin1String(suffix));
 }
 
 void DataModelManager::truncateSQLite3Database(sqlite3* database)

@@ -21,6 +21,11 @@
 namespace {
 
 constexpr long kMemoryCeilingKb = 100 * 1024;
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kSanitized = true;
+#else
+constexpr bool kSanitized = false;
+#endif
 
 std::string page(const std::string& title, const std::string& body)
 {
@@ -51,7 +56,10 @@ protected:
         EXPECT_EQ(process.termSignal(), 0) << "killed by signal " << process.termSignal();
         EXPECT_EQ(process.exitCode(), 0) << err.toStdString();
         EXPECT_GT(process.maxRssKb(), 0) << "no memory sample";
-        EXPECT_LT(process.maxRssKb(), kMemoryCeilingKb);
+        // AddressSanitizer's shadow memory and quarantine multiply the footprint: the ceiling
+        // holds for the program as it ships.
+        if (!kSanitized)
+            EXPECT_LT(process.maxRssKb(), kMemoryCeilingKb);
         EXPECT_TRUE(out.contains("Pages analysed:")) << out.toStdString();
     }
     QJsonArray pages()

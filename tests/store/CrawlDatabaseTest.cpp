@@ -214,6 +214,19 @@ TEST(CrawlDatabase, DeleteRemovesTheFileEvenWhileOpen)
     app.manager()->deleteSQLite3DatabaseWithName(app.path() + "/nothing-here.sqlite");
 }
 
+TEST(CrawlDatabase, DeleteRemovesTheJournalsAKilledCrawlLeaves)
+{
+    TestApp app;
+    const QString file = app.path() + "/k.sqlite";
+    for (const QString& name : {file, file + "-journal", file + "-wal", file + "-shm"}) {
+        QFile f(name);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    }
+    app.manager()->deleteSQLite3DatabaseWithName(file);
+    for (const QString& name : {file, file + "-journal", file + "-wal", file + "-shm"})
+        EXPECT_FALSE(QFileInfo::exists(name)) << name.toStdString();
+}
+
 TEST(CrawlDatabase, AFileThatIsNotADatabaseFailsEveryStatement)
 {
     TestApp app;
