@@ -6,8 +6,9 @@
 The command's standard output goes to DIR/report, its progress lines (standard error, one
 line a second when it is not a terminal: "<pages> pages  depth ...") to DIR/progress, each
 prefixed with the second it arrived. Every INTERVAL seconds the process's VmRSS and VmHWM are
-read from /proc, into DIR/memory. At the end this prints a table: RSS when the crawl reached
-every multiple of SLICE pages, the time per page of each slice of SLICE pages, RSS at the last
+read from /proc with its CPU time, into DIR/memory. At the end this prints a table: RSS when the crawl reached
+every multiple of SLICE pages, the time per page of each slice of SLICE pages (wall clock, and
+the process's own CPU time, which other work on the machine does not change), RSS at the last
 progress line (the vacuum's end; the report follows) and at the last sample,
 the peak (VmHWM at exit, which the kernel also keeps for the report after the last sample),
 and three ratios: RSS at the vacuum's end over RSS at SLICE pages, the peak over the same, and
@@ -43,6 +44,28 @@ def status_kb(pid):
     except (FileNotFoundError, ProcessLookupError, ValueError):
         pass
     return rss, hwm
+
+
+def cpu_seconds(pid):
+    """User plus system CPU time of a live process so far; None when it cannot be read."""
+    try:
+        with open(f"/proc/{pid}/stat", "rb") as f:
+            fields = f.read().rsplit(b")", 1)[1].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+    except (FileNotFoundError, ProcessLookupError, ValueError, IndexError):
+        return None
+
+
+def value_at(samples, when):
+    """A sampled value at `when`, interpolated between the samples around it."""
+    times = [t for t, _ in samples]
+    i = bisect.bisect_left(times, when)
+    if i == 0:
+        return samples[0][1]
+    if i >= len(samples):
+        return samples[-1][1]
+    (t0, v0), (t1, v1) = samples[i - 1], samples[i]
+    return v0 + (v1 - v0) * (when - t0) / (t1 - t0) if t1 > t0 else v1
 
 
 def crossing_time(progress, pages):
@@ -95,14 +118,18 @@ def main():
     reader.start()
 
     memory = []  # (seconds since start, VmRSS kB)
+    cpu_time = [(0.0, 0.0)]  # (seconds since start, CPU seconds used)
     peak, peak_time = 0, 0.0  # VmHWM and when it last grew
     memory_log = open(os.path.join(args.work, "memory"), "w")
     while crawl.poll() is None:
         rss, hwm = status_kb(crawl.pid)
+        cpu = cpu_seconds(crawl.pid)
         if rss is not None:
             now = time.monotonic() - start
             memory.append((now, rss))
-            memory_log.write(f"{now:.3f} {rss} {hwm}\n")
+            memory_log.write(f"{now:.3f} {rss} {hwm} {cpu}\n")
+            if cpu is not None:
+                cpu_time.append((now, cpu))
             if (hwm or 0) > peak:
                 peak, peak_time = hwm, now
         time.sleep(args.interval)
@@ -123,20 +150,22 @@ def main():
 
     total = progress[-1][1]
     mb = lambda kb: f"{kb / 1024:.1f}"
-    print(f"{'pages':>10}  {'seconds':>8}  {'RSS MB':>7}  {'ms/page in the slice':>20}")
+    print(f"{'pages':>10}  {'seconds':>8}  {'RSS MB':>7}  {'ms/page in the slice':>20}  {'CPU ms/page':>11}")
     marks = list(range(args.slice, total + 1, args.slice))
     if not marks or marks[-1] != total:
         marks.append(total)
-    slices = []
+    slices, cpu_slices = [], []
     before_t, before_p = 0.0, 0
     for pages in marks:
         t = crossing_time(progress, pages)
         per_page = (t - before_t) / (pages - before_p) * 1000
+        cpu_per_page = (value_at(cpu_time, t) - value_at(cpu_time, before_t)) / (pages - before_p) * 1000
         full = pages - before_p == args.slice
         if full:
             slices.append(per_page)
+            cpu_slices.append(cpu_per_page)
         note = "" if full else f"  ({pages - before_p} pages)"
-        print(f"{pages:>10,}  {t:>8.1f}  {mb(rss_at(memory, t)):>7}  {per_page:>20.3f}{note}")
+        print(f"{pages:>10,}  {t:>8.1f}  {mb(rss_at(memory, t)):>7}  {per_page:>20.3f}  {cpu_per_page:>11.3f}{note}")
         before_t, before_p = t, pages
     # The last progress line comes when the vacuum ends; the report is printed after it.
     vacuum_end = progress[-1][0]
@@ -163,7 +192,8 @@ def main():
             status = 1
     if len(slices) >= 2:
         print(f"time per page, last slice / first slice: {slices[-1] / slices[0]:.2f} "
-              f"({slices[-1]:.3f} ms / {slices[0]:.3f} ms; target: flat)")
+              f"({slices[-1]:.3f} ms / {slices[0]:.3f} ms; target: flat); in CPU time: "
+              f"{cpu_slices[-1] / cpu_slices[0]:.2f} ({cpu_slices[-1]:.3f} ms / {cpu_slices[0]:.3f} ms)")
     return status
 
 
