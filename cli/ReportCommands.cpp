@@ -65,11 +65,8 @@ QString filterCounts(const std::shared_ptr<Project>& project)
 
 QString topPages(const std::shared_ptr<Project>& project, int count)
 {
-    QList<QuillmerePagePtr> pages = PageFilter::pages(PageFilter::All, project);
-    std::stable_sort(pages.begin(), pages.end(),
-                     [](const QuillmerePagePtr& a, const QuillmerePagePtr& b) { return a->weight() > b->weight(); });
-    if (pages.size() > count)
-        pages.resize(count);
+    // A large site's pages are not all loaded for ten rows.
+    const QList<QuillmerePagePtr> pages = QuillmerePage::getTopPagesByWeightForProject(project, count);
     TableOutput table({}, {QStringLiteral("WEIGHT"), QStringLiteral("IN"), QStringLiteral("OUT"), QStringLiteral("DEPTH"),
                            QStringLiteral("URL")});
     for (const auto& p : pages)

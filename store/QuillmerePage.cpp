@@ -25,6 +25,12 @@ const char* const kGetAllPages =
     "select P.idt,P.path,P.page,P.title,P.url,P.is_no_index,P.is_no_follow,P.is_canonical,P.in_link_count,"
     "P.out_link_count,P.depth,P.weight from Page P,LinkHeaders LH where P.is_no_index=0 and P.is_no_follow=0 and "
     "P.is_canonical=0 and P.url=LH.url and content_type like '%html%' order by idt";
+// The same pages, the heaviest first (ties in store order), for a report's top rows: read
+// without loading every page.
+const char* const kGetTopPagesByWeight =
+    "select P.idt,P.path,P.page,P.title,P.url,P.is_no_index,P.is_no_follow,P.is_canonical,P.in_link_count,"
+    "P.out_link_count,P.depth,P.weight from Page P,LinkHeaders LH where P.is_no_index=0 and P.is_no_follow=0 and "
+    "P.is_canonical=0 and P.url=LH.url and content_type like '%html%' order by P.weight desc,idt limit ?";
 const char* const kGetPagesNoIndex =
     "select P.idt,P.path,P.page,P.title,P.url,P.is_no_index,P.is_no_follow,P.is_canonical,P.in_link_count,"
     "P.out_link_count,P.depth,P.weight from Page P where P.is_no_index=1 order by idt";
@@ -213,6 +219,18 @@ QList<QuillmerePagePtr> QuillmerePage::getAllPagesForProject(const ProjectPtr& p
         DebugTrace("getAllPagesForProject Error::%s", sqlite3_errmsg(db));
         return {};
     }
+    return pageList(stmt, project);
+}
+
+QList<QuillmerePagePtr> QuillmerePage::getTopPagesByWeightForProject(const ProjectPtr& project, qint32 limit)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kGetTopPagesByWeight, &stmt)) {
+        DebugTrace("getTopPagesByWeightForProject Error::%s", sqlite3_errmsg(db));
+        return {};
+    }
+    sqlite3_bind_int(stmt, 1, limit);
     return pageList(stmt, project);
 }
 

@@ -33,6 +33,8 @@ public:
 
     // Lists, in statement order.
     static QList<QuillmerePagePtr> getAllPagesForProject(const std::shared_ptr<Project>& project);
+    // The pages getAllPagesForProject lists, the heaviest `limit` of them (ties in its order).
+    static QList<QuillmerePagePtr> getTopPagesByWeightForProject(const std::shared_ptr<Project>& project, qint32 limit);
     static QList<QuillmerePagePtr> getPages404AllTypesMimeForProject(const std::shared_ptr<Project>& project);
     static QList<QuillmerePagePtr> getPages404OnlyHTMLForProject(const std::shared_ptr<Project>& project);
     static QList<QuillmerePagePtr> getPages404AllNotHTMLForProject(const std::shared_ptr<Project>& project);
