@@ -59,18 +59,7 @@ PagesFilterWindowController::PagesFilterWindowController(PagesFilterDelegate* de
     connect(checkNoIndex_, &QCheckBox::clicked, this, [this] { actionCheckNoIndex(); });
     connect(checkCanonical_, &QCheckBox::clicked, this, [this] { actionCheckCanonical(); });
 
-    buttonLocAnnuler_ = new QPushButton;
-    buttonLocAnnuler_->setObjectName(QStringLiteral("buttonLocAnnuler"));
-    buttonLocAnnuler_->setAutoDefault(false);
-    buttonLocValider_ = new QPushButton;
-    buttonLocValider_->setObjectName(QStringLiteral("buttonLocValider"));
-    buttonLocValider_->setDefault(true);
-    connect(buttonLocAnnuler_, &QPushButton::clicked, this, [this] { actionAnnuler(); });
-    connect(buttonLocValider_, &QPushButton::clicked, this, [this] { actionValider(); });
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(buttonLocAnnuler_);
-    buttons->addWidget(buttonLocValider_);
+    QHBoxLayout* buttons = buttonRow(&buttonLocAnnuler_, &buttonLocValider_, [this] { actionValider(); });
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(boxLoc404_);

@@ -1,5 +1,8 @@
 #include "app/SheetWindowController.h"
 
+#include <QHBoxLayout>
+#include <QPushButton>
+
 SheetWindowController::SheetWindowController(const QString& windowDescription) : QDialog(nullptr)
 {
     setObjectName(windowDescription);
@@ -15,4 +18,22 @@ void SheetWindowController::displaySheetInWindow(QWidget* window)
         setParent(window, windowFlags());
     setWindowModality(Qt::WindowModal);
     open();
+}
+
+QHBoxLayout* SheetWindowController::buttonRow(QPushButton** cancel, QPushButton** validate,
+                                              std::function<void()> onValidate)
+{
+    *cancel = new QPushButton;
+    (*cancel)->setObjectName(QStringLiteral("buttonLocAnnuler"));
+    (*cancel)->setAutoDefault(false);
+    *validate = new QPushButton;
+    (*validate)->setObjectName(QStringLiteral("buttonLocValider"));
+    (*validate)->setDefault(true);
+    connect(*cancel, &QPushButton::clicked, this, [this] { actionAnnuler(); });
+    connect(*validate, &QPushButton::clicked, this, std::move(onValidate));
+    auto* row = new QHBoxLayout;
+    row->addStretch();
+    row->addWidget(*cancel);
+    row->addWidget(*validate);
+    return row;
 }

@@ -3,6 +3,11 @@
 #include <QDialog>
 #include <QPointer>
 
+#include <functional>
+
+class QHBoxLayout;
+class QPushButton;
+
 // A window-modal dialog shown on the main window: validate ends it with code 1, cancel with
 // code 0. Return presses the validate button; Escape (and closing the sheet) is cancel.
 class SheetWindowController : public QDialog {
@@ -24,6 +29,9 @@ public:
 protected:
     explicit SheetWindowController(const QString& windowDescription);
     void endSheet(int returnCode) { done(returnCode); }
+    // The cancel and validate buttons at the foot of a sheet: validate is the default button
+    // (Return), cancel calls actionAnnuler.
+    QHBoxLayout* buttonRow(QPushButton** cancel, QPushButton** validate, std::function<void()> onValidate);
 
 private:
     QPointer<QWidget> parentWindow_;
