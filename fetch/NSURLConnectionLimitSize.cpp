@@ -6,7 +6,8 @@ QByteArray NSURLConnectionLimitSize::sendSynchronousRequest(const URLRequest& re
                                                             qint64 downloadLimit,
                                                             const std::optional<QStringList>& contentTypeFilters,
                                                             QVariantMap* headers, FetchErrorPtr* error,
-                                                            const std::atomic<bool>* canContinue)
+                                                            const std::atomic<bool>* canContinue,
+                                                            QList<FetchHop>* redirectChain)
 {
     NSURLConnectionWithLimit worker(request, downloadLimit, contentTypeFilters);
     worker.setCanContinueFlag(canContinue);
@@ -19,6 +20,8 @@ QByteArray NSURLConnectionLimitSize::sendSynchronousRequest(const URLRequest& re
         *response = worker.response();
     if (error)
         *error = worker.error();
+    if (redirectChain)
+        *redirectChain = worker.redirectChain();
 
     if (headers) {
         // A response without Content-Type leaves the field null; the dictionary gets "".

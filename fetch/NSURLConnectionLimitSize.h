@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fetch/FetchError.h"
+#include "fetch/FetchOutcome.h"
 #include "fetch/HTTPURLResponse.h"
 #include "fetch/URLRequest.h"
 
@@ -27,10 +28,11 @@ public:
     //   "isRedirect"         bool, at least one redirect was followed
     //   "redirectURL"        QString, the last redirect target; only set after a redirect
     // canContinue, when given, abandons the transfer once it reads false: it then fails with
-    // FetchError::Cancelled.
+    // FetchError::Cancelled. redirectChain, when given, receives each redirect followed.
     static QByteArray sendSynchronousRequest(const URLRequest& request, HTTPURLResponsePtr* response,
                                              qint64 downloadLimit,
                                              const std::optional<QStringList>& contentTypeFilters,
                                              QVariantMap* headers, FetchErrorPtr* error,
-                                             const std::atomic<bool>* canContinue = nullptr);
+                                             const std::atomic<bool>* canContinue = nullptr,
+                                             QList<FetchHop>* redirectChain = nullptr);
 };

@@ -55,6 +55,7 @@ std::optional<URLRequest> NSURLConnectionWithLimit::connectionWillSendRequest(UR
         return request;
     redirectURL_ = request.URL().toString(QUrl::FullyEncoded);
     isRedirect_ = true;
+    redirectChain_.append(FetchHop{redirectResponse->URL().toString(QUrl::FullyEncoded), redirectResponse->statusCode()});
     // Every hop repeats the first request (a GET stays a GET), only the URL changes.
     URLRequest next = connection.originalRequest();
     next.setURL(request.URL());

@@ -2,6 +2,7 @@
 
 #include "fetch/EndCondition.h"
 #include "fetch/FetchError.h"
+#include "fetch/FetchOutcome.h"
 #include "fetch/HTTPURLResponse.h"
 #include "fetch/URLConnectionDelegate.h"
 #include "fetch/URLRequest.h"
@@ -86,6 +87,8 @@ public:
     // Absolute URL of the last redirect target; null when there was no redirect.
     QString redirectURL() const { return redirectURL_; }
     void setRedirectURL(const QString& v) { redirectURL_ = v; }
+    // Each redirect followed: the URL that answered it and its status.
+    const QList<FetchHop>& redirectChain() const { return redirectChain_; }
     // The response's "Content-Type": "" before a response, null when the response had none.
     QString contentType() const { return contentType_; }
     void setContentType(const QString& v) { contentType_ = v; }
@@ -115,6 +118,7 @@ private:
     qint64 downloadLimit_ = 0;
     std::optional<QStringList> arrayOfContentTypeFilters_;
     QString redirectURL_;
+    QList<FetchHop> redirectChain_;
     QString contentType_ = QStringLiteral("");
     qint64 contentLength_ = -1;
     const std::atomic<bool>* canContinue_ = nullptr;

@@ -4,6 +4,7 @@
 #include "fetch/PercentEscapes.h"
 #include "fetch/URLConnection.h"
 
+#include <QElapsedTimer>
 #include <QVariantMap>
 
 #include <atomic>
@@ -26,6 +27,21 @@ std::optional<QUrl> parseEscaped(const QString& string, PercentEscapes::Encoding
     if (!url.isValid())
         return std::nullopt;
     return url;
+}
+
+FetchOutcome::Failure failureOf(const FetchErrorPtr& error, bool abandoned)
+{
+    if (abandoned)
+        return FetchOutcome::Failure::Abandoned;
+    switch (error->code()) {
+    case FetchError::TimedOut: return FetchOutcome::Failure::TimedOut;
+    case FetchError::CannotConnectToHost: return FetchOutcome::Failure::Refused;
+    case FetchError::CannotFindHost: return FetchOutcome::Failure::HostNotFound;
+    case FetchError::HTTPTooManyRedirects: return FetchOutcome::Failure::TooManyRedirects;
+    case FetchError::BadURL:
+    case FetchError::UnsupportedURL: return FetchOutcome::Failure::BadURL;
+    default: return FetchOutcome::Failure::Other;
+    }
 }
 
 } // namespace
@@ -79,10 +95,16 @@ QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::opti
     redirectURL_ = QString();
     isAbandoned_ = false;
     isOtherHostRefused_ = false;
+    lastOutcome_ = FetchOutcome();
+    lastOutcome_.requestedURL = urlString.isNull() ? QStringLiteral("") : urlString;
+    lastOutcome_.fetchedAt = QDateTime::currentDateTimeUtc();
 
     const auto url = URLFromString(urlString);
-    if (!url)
+    if (!url) {
+        lastOutcome_.failure = FetchOutcome::Failure::BadURL;
         return QByteArray();
+    }
+    lastOutcome_.finalURL = url->toString(QUrl::FullyEncoded);
 
     if (requiredOrigin.isValid() && !isSameOrigin(*url, requiredOrigin)) {
         // What a server that cannot be reached leaves, without a byte sent to it.
@@ -93,14 +115,19 @@ QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::opti
         isContentLengthError_ = false;
         downloadedLength_ = -1;
         is404_ = false;
+        lastOutcome_.failure = FetchOutcome::Failure::OtherHost;
         return QByteArray();
     }
 
     const URLRequest request = requestWithURL(*url, QStringLiteral("GET"));
     HTTPURLResponsePtr response;
     FetchErrorPtr error;
+    QElapsedTimer clock;
+    clock.start();
     QByteArray data = NSURLConnectionLimitSize::sendSynchronousRequest(request, &response, kDownloadLimit,
-                                                                      filteredMimeType, &headers, &error, canContinue_);
+                                                                      filteredMimeType, &headers, &error, canContinue_,
+                                                                      &lastOutcome_.redirectChain);
+    lastOutcome_.responseMs = clock.elapsed();
     isAbandoned_ = error && error->code() == FetchError::Cancelled && canContinue_ && !canContinue_->load();
 
     const bool invalid = isInValidResponse(response, data, error);
@@ -119,6 +146,20 @@ QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::opti
 
     downloadedLength_ = data.isNull() ? -1 : data.size();
     is404_ = (response ? response->statusCode() : 0) == 404;
+
+    lastOutcome_.status = response ? response->statusCode() : 0;
+    if (response)
+        lastOutcome_.finalURL = response->URL().toString(QUrl::FullyEncoded);
+    else if (isRedirect_)
+        lastOutcome_.finalURL = redirectURL_;
+    if (error) {
+        lastOutcome_.failure = failureOf(error, isAbandoned_);
+        lastOutcome_.failureText = error->localizedDescription();
+    } else if (isContentLengthError_) {
+        lastOutcome_.failure = FetchOutcome::Failure::TooLarge;
+    } else if (isContentTypeError_) {
+        lastOutcome_.failure = FetchOutcome::Failure::WrongType;
+    }
 
     if (invalid)
         return QByteArray();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fetch/FetchError.h"
+#include "fetch/FetchOutcome.h"
 #include "fetch/HTTPURLResponse.h"
 #include "fetch/URLRequest.h"
 
@@ -33,6 +34,8 @@
 //                          cleared (the crawl is stopping); the rest reads as a failure
 //   isOtherHostRefused()   nothing was sent: the URL is not on the required origin; the
 //                          rest reads as for a server that cannot be reached
+//   lastOutcome()          what the fetch taught about the URL, for the audit: final status
+//                          or failure, time taken, redirect chain, final URL, time sent
 // Exception: when the string makes no URL at all, getURL() answers null at once having reset
 // only isRedirect() (false) and redirectURL() (null); the other fields keep the values of the
 // previous call.
@@ -105,6 +108,8 @@ public:
     void setDownloadedLength(qint64 v) { downloadedLength_ = v; }
     QString redirectURL() const { return redirectURL_; }
     void setRedirectURL(const QString& v) { redirectURL_ = v; }
+    const FetchOutcome& lastOutcome() const { return lastOutcome_; }
+
     // Reset to 0 by each GET and never changed otherwise.
     qint64 downloadedSize() const { return downloadedSize_; }
     void setDownloadedSize(qint64 v) { downloadedSize_ = v; }
@@ -136,6 +141,7 @@ private:
     qint64 downloadedSize_ = 0;
     bool isAbandoned_ = false;
     bool isOtherHostRefused_ = false;
+    FetchOutcome lastOutcome_;
     double ownTimeoutInterval_ = 0;
     const std::atomic<bool>* canContinue_ = nullptr;
 };

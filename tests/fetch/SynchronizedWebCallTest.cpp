@@ -347,3 +347,88 @@ TEST_F(WebCall, ThePlainTransferHasNoLimitAndNoFilter)
     EXPECT_EQ(response->valueForHTTPHeaderField("Content-Type"), QStringLiteral("application/octet-stream"));
     EXPECT_EQ(call.downloadedLength(), -1); // no field is touched
 }
+
+// --- what a fetch leaves for the audit ---
+
+TEST_F(WebCall, TheOutcomeOfAPageHoldsItsStatusTimeAndUrl)
+{
+    server.setPage("/ok.html", "<html>ok</html>");
+    SynchronizedWebCall call;
+    const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
+    ASSERT_FALSE(call.getURL(url("/ok.html"), kHtml).isNull());
+    const FetchOutcome& o = call.lastOutcome();
+    EXPECT_EQ(o.requestedURL, url("/ok.html"));
+    EXPECT_EQ(o.finalURL, url("/ok.html"));
+    EXPECT_EQ(o.status, 200);
+    EXPECT_EQ(o.failure, FetchOutcome::Failure::None);
+    EXPECT_GE(o.responseMs, 0);
+    EXPECT_TRUE(o.redirectChain.isEmpty());
+    EXPECT_GE(o.fetchedAt, before);
+    EXPECT_LE(o.fetchedAt, QDateTime::currentDateTimeUtc());
+}
+
+TEST_F(WebCall, TheOutcomeOfAnErrorStatusIsThatStatusWithoutFailure)
+{
+    server.setPage("/gone", "<html>gone</html>", "text/html", 410);
+    server.setPage("/oops", "<html>oops</html>", "text/html", 500);
+    SynchronizedWebCall call;
+    EXPECT_TRUE(call.getURL(url("/gone"), kHtml).isNull());
+    EXPECT_EQ(call.lastOutcome().status, 410);
+    EXPECT_EQ(call.lastOutcome().failure, FetchOutcome::Failure::None);
+    EXPECT_TRUE(call.getURL(url("/oops"), kHtml).isNull());
+    EXPECT_EQ(call.lastOutcome().status, 500);
+}
+
+TEST_F(WebCall, TheOutcomeKeepsEveryRedirectHopWithItsStatus)
+{
+    server.setRedirect("/a", "/b", 301);
+    server.setRedirect("/b", "/c", 302);
+    server.setPage("/c", "<html>c</html>");
+    SynchronizedWebCall call;
+    ASSERT_FALSE(call.getURL(url("/a"), kHtml).isNull());
+    const FetchOutcome& o = call.lastOutcome();
+    ASSERT_EQ(o.redirectChain.size(), 2);
+    EXPECT_EQ(o.redirectChain[0].url, url("/a"));
+    EXPECT_EQ(o.redirectChain[0].status, 301);
+    EXPECT_EQ(o.redirectChain[1].url, url("/b"));
+    EXPECT_EQ(o.redirectChain[1].status, 302);
+    EXPECT_EQ(o.finalURL, url("/c"));
+    EXPECT_EQ(o.status, 200);
+}
+
+TEST_F(WebCall, TheOutcomeNamesTheTransferFailures)
+{
+    RefusingPort refusing;
+    SynchronizedWebCall call;
+    EXPECT_TRUE(call.getURL(q(refusing.url("/x")), kHtml).isNull());
+    EXPECT_EQ(call.lastOutcome().status, 0);
+    EXPECT_EQ(call.lastOutcome().failure, FetchOutcome::Failure::Refused);
+    EXPECT_EQ(FetchOutcome::failureName(call.lastOutcome().failure), QStringLiteral("refused"));
+    EXPECT_FALSE(call.lastOutcome().failureText.isEmpty());
+
+    server.setPage("/big", std::string(1048577, 'o'));
+    EXPECT_TRUE(call.getURL(url("/big"), kHtml).isNull());
+    EXPECT_EQ(call.lastOutcome().status, 200);
+    EXPECT_EQ(call.lastOutcome().failure, FetchOutcome::Failure::TooLarge);
+
+    server.setPage("/logo.png", std::string(30, '\x01'), "image/png");
+    EXPECT_TRUE(call.getURL(url("/logo.png"), kHtml).isNull());
+    EXPECT_EQ(call.lastOutcome().failure, FetchOutcome::Failure::WrongType);
+
+    const QUrl origin(url("/"));
+    EXPECT_TRUE(call.getURL(QStringLiteral("http://other.invalid/"), kHtml, origin).isNull());
+    EXPECT_EQ(call.lastOutcome().failure, FetchOutcome::Failure::OtherHost);
+}
+
+TEST_F(WebCall, TheOutcomeOfASilentServerIsATimeOut)
+{
+    server.route("/slow", [](const HttpRequest&, HttpResponse& response) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+        response.setContent("<html/>", "text/html");
+    });
+    SynchronizedWebCall call;
+    call.setTimeoutInterval(0.3);
+    EXPECT_TRUE(call.getURL(url("/slow"), kHtml).isNull());
+    EXPECT_EQ(call.lastOutcome().failure, FetchOutcome::Failure::TimedOut);
+    EXPECT_EQ(FetchOutcome::failureName(call.lastOutcome().failure), QStringLiteral("timeout"));
+}
