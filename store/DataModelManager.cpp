@@ -3,9 +3,11 @@
 #include "store/ApplicationDelegate.h"
 #include "store/DatabaseErrorLog.h"
 #include "store/DebugTrace.h"
+#include "store/FetchLog.h"
 #include "store/ManagedObjectContext.h"
 #include "store/ManagedObjectModel.h"
 #include "store/PersistentStoreCoordinator.h"
+#include "store/StatementCache.h"
 
 #include <QDir>
 #include <QFile>
@@ -45,6 +47,15 @@ QString appendComponent(const QString& directory, const QString& component)
 void waitWhileBusy(sqlite3* db)
 {
     sqlite3_busy_timeout(db, 10000);
+}
+
+// A write-ahead log: a commit appends to the log and syncs it only at checkpoints, readers
+// in other processes (show, pages) go on during a crawl, and a crash loses at most the
+// transactions since the last sync, never the database. The mode stays with the file.
+void useWriteAheadLog(sqlite3* db)
+{
+    sqlite3_exec(db, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+    sqlite3_exec(db, "PRAGMA synchronous=NORMAL", nullptr, nullptr, nullptr);
 }
 
 bool removePath(const QString& path)
@@ -201,6 +212,9 @@ sqlite3* DataModelManager::openOrCreateSQLite3DatabaseWithName(const QString& pa
             return nullptr;
         }
         waitWhileBusy(db);
+        useWriteAheadLog(db);
+        // A crawl database made before the fetch log existed gets it; nothing else changes.
+        FetchLog::addTableWhenMissing(db);
         return db;
     }
     DebugTrace("CREATE %s", file.constData());
@@ -209,17 +223,20 @@ sqlite3* DataModelManager::openOrCreateSQLite3DatabaseWithName(const QString& pa
         return nullptr;
     }
     waitWhileBusy(db);
+    useWriteAheadLog(db);
     for (const char* statement : kSchema) {
         sqlite3_stmt* stmt = nullptr;
         if (sqlite3_prepare_v2(db, statement, -1, &stmt, nullptr) == SQLITE_OK)
             sqlite3_step(stmt);
         sqlite3_finalize(stmt);
     }
+    sqlite3_exec(db, FetchLog::createTableStatement(), nullptr, nullptr, nullptr);
     return db;
 }
 
 void DataModelManager::closeSQLite3Database(sqlite3* database)
 {
+    StatementCache::release(database);
     sqlite3_close(database);
 }
 
@@ -233,11 +250,13 @@ void DataModelManager::deleteSQLite3DatabaseWithName(const QString& path)
 
 void DataModelManager::truncateSQLite3Database(sqlite3* database)
 {
-    // All three or none: a process killed between two of them would leave pages whose links
+    // All or none: a process killed between two of them would leave pages whose links
     // are gone, or a queue whose pages are.
     const bool grouped = database && sqlite3_get_autocommit(database)
                          && sqlite3_exec(database, "begin", nullptr, nullptr, nullptr) == SQLITE_OK;
-    for (const char* statement : {"delete from Links", "delete from Page", "delete from DownloaderQueue"}) {
+    // The fetch log goes with the crawl it describes; a missing one is no failure.
+    for (const char* statement :
+         {"delete from Links", "delete from Page", "delete from DownloaderQueue", "delete from FetchLog"}) {
         sqlite3_stmt* stmt = nullptr;
         if (sqlite3_prepare_v2(database, statement, -1, &stmt, nullptr) == SQLITE_OK)
             sqlite3_step(stmt);

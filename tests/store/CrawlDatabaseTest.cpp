@@ -49,9 +49,9 @@ void exec(sqlite3* db, const char* sql)
 const std::set<std::string> kFullSchema{
     "table:Page",           "index:PAGE_URL_IDX",   "table:Links",          "index:SOURCES_IDX",
     "table:DownloaderQueue", "index:DOWNLOADER_QUEUE_DONE", "index:DOWNLOADER_QUEUE_URL", "table:LinkHeaders",
-    "index:HEADERS_IDX"};
+    "index:HEADERS_IDX",     "table:FetchLog"};
 
-TEST(CrawlDatabase, ANewDatabaseHasTheNineSchemaObjects)
+TEST(CrawlDatabase, ANewDatabaseHasTheNineSchemaObjectsAndTheFetchLog)
 {
     TestApp app;
     ProjectPtr p = Project::createProjectWithName("s", "http://example.com", -1, -1);
