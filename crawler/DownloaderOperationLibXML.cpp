@@ -12,6 +12,7 @@
 #include "store/LinkHeaders.h"
 #include "store/Localization.h"
 #include "store/DebugTrace.h"
+#include "store/FetchLog.h"
 #include "store/Project.h"
 #include "store/QuillmereDownloaderQueue.h"
 
@@ -123,6 +124,8 @@ void DownloaderOperationLibXML::loadRobotsTxt()
     // without one, whose fetch fails: such sites are crawled without Disallow rules.
     const QString robotsURL = PathOperations::Join(project_->url(), QStringLiteral("robots.txt"));
     const QByteArray data = syncWebCall_->getURL(robotsURL, QStringList{QStringLiteral("text/plain")});
+    if (!syncWebCall_->isAbandoned())
+        FetchLog::recordFetch(syncWebCall_->lastOutcome(), project_);
     if (data.isEmpty()) {
         DebugTrace("Pas de fichier robots.txt");
         return;
@@ -225,6 +228,7 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         downloadPageWasAbandonedWithURL(url, depth);
         return;
     }
+    FetchLog::recordFetch(syncWebCall_->lastOutcome(), project_);
     if (syncWebCall_->isOtherHostRefused()) {
         logAnomaly(QStringLiteral("SKIP::OtherHost %1 not requested: it is not on %2\n")
                        .arg(url, projectOrigin_.toString(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment)));
