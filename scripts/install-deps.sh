@@ -5,7 +5,8 @@
 #   scripts/install-deps.sh --gui      also the desktop program's packages: Qt Widgets and WebEngine,
 #                                      Qt's own French texts, a virtual X server for headless
 #                                      screenshots, and a font
-#   scripts/install-deps.sh --bench    also the benchmark's peers (nginx, wget, linkchecker)
+#   scripts/install-deps.sh --bench    also the benchmark's peers (nginx, wget, linkchecker) and a
+#                                      real documentation tree to crawl (the PostgreSQL manual)
 set -euo pipefail
 
 packages=(
@@ -19,7 +20,7 @@ for arg in "$@"; do
   case "$arg" in
     --gui) packages+=(qt6-tools-dev qt6-webengine-dev libgl-dev qt6-translations-l10n
                       xvfb xauth fonts-dejavu-core) ;;
-    --bench) packages+=(nginx wget linkchecker valgrind time python3 curl) ;;
+    --bench) packages+=(nginx wget linkchecker valgrind time python3 curl postgresql-doc-15) ;;
     *) echo "install-deps.sh: unknown option $arg" >&2; exit 2 ;;
   esac
 done
