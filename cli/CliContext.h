@@ -13,8 +13,9 @@ enum ExitStatus {
     ExitFailure = 1,
     ExitUsage = 2,
     ExitFirstUrlError = 3,
-    ExitProjectInUse = 4,   // another process crawls, vacuums or deletes the project
+    ExitBrokenLinks = 4,    // crawl --fail-on-broken found broken internal links
     ExitCheckFailed = 5,    // check found the crawl database unsound
+    ExitProjectInUse = 6,   // another process crawls, vacuums or deletes the project
     ExitInterrupted = 130
 };
 

@@ -1,6 +1,7 @@
 #include "cli/CrawlCommands.h"
 
 #include "cli/CliCrawlController.h"
+#include "cli/CrawlAudit.h"
 #include "cli/ProjectAccess.h"
 #include "cli/ProjectCommands.h"
 #include "cli/ProjectLocking.h"
@@ -130,17 +131,19 @@ int finalStatus(const ProjectPtr& project, const ReportCommands::CrawlRunFigures
 QList<CommandSpec> specs()
 {
     return {
-        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S]"),
+        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S] [--fail-on-broken]"),
          QStringLiteral("crawl a project's site, then print the report"),
          QStringLiteral("A project crawled before has pages: --continue goes on with the URLs still waiting, --restart\n"
                         "empties the database and starts again (on a terminal without either, you are asked).\n"
                         "  --timeout S  seconds a transfer may stay silent before it fails (default 1000)\n"
+                        "  --fail-on-broken  exit with status 4 when the crawl found broken internal links (links\n"
+                        "               whose target answered 4xx or 5xx or could not be fetched; see 'broken NAME')\n"
                         "Ctrl-C stops within a second; a page still downloading stays in the queue, nothing is\n"
                         "lost and the crawl can be continued.\n"
                         "Exit status: 0 done, 2 bad input, 3 the site's links do not match the project URL\n"
-                        "(http/https or www.), 4 another process is crawling, vacuuming or deleting the project,\n"
-                        "130 stopped.\n"),
-         1, 1, {QStringLiteral("--timeout")}, {QStringLiteral("--continue"), QStringLiteral("--restart")}},
+                        "(http/https or www.), 4 broken internal links (with --fail-on-broken), 6 another process\n"
+                        "is crawling, vacuuming or deleting the project, 130 stopped.\n"),
+         1, 1, {QStringLiteral("--timeout")}, {QStringLiteral("--continue"), QStringLiteral("--restart"), QStringLiteral("--fail-on-broken")}},
         {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME]"),
          QStringLiteral("make a project for URL and crawl it once, without limits and without the vacuum"),
          QStringLiteral("  --name NAME  the project's name (default: the URL's host)\n"), 1, 1, {QStringLiteral("--name")}, {}},
@@ -177,12 +180,14 @@ int crawlAndReport(const ProjectPtr& project, double transferTimeout)
         figures.endError = controller->endError();
         databaseError = operation->databaseError();
     }
+    CrawlAudit::complete(project, &figures);
     ReportCommands::printCrawlReport(project, figures);
-    return finalStatus(project, figures, databaseError);
+    return CrawlAudit::exitStatus(finalStatus(project, figures, databaseError), figures);
 }
 
 int runCrawl(CliContext& context)
 {
+    CrawlAudit::setFailOnBroken(context.command.flags.contains(QStringLiteral("--fail-on-broken")));
     double transferTimeout = 0;
     if (context.command.values.contains(QStringLiteral("--timeout"))) {
         bool ok = false;
@@ -252,6 +257,7 @@ int runCrawlURL(CliContext& context)
     // This driver keeps no page count of its own: report what the queue shows.
     project->setPages_count(figures.pagesThisRun);
     manager->saveContext();
+    CrawlAudit::complete(project, &figures);
     ReportCommands::printCrawlReport(project, figures);
     return figures.stopped ? ExitInterrupted : ExitOk;
 }

@@ -1,5 +1,6 @@
 #include "cli/DemoCommand.h"
 
+#include "cli/CliText.h"
 #include "cli/CrawlCommands.h"
 #include "cli/ProjectLocking.h"
 #include "demo/DemoProject.h"
@@ -12,11 +13,8 @@ namespace DemoCommand {
 
 CommandSpec spec()
 {
-    return {QStringLiteral("demo"), QStringLiteral("demo"),
-            QStringLiteral("serve the built-in demo site on 127.0.0.1 and crawl it as project 'demo'"),
-            QStringLiteral("Creates the project 'demo' (or restarts it), crawls the site, prints the report and stops\n"
-                           "the server. Then try: quillmere pages demo --filter 404, quillmere show demo.\n"),
-            0, 0, {}, {}};
+    return {QStringLiteral("demo"), QStringLiteral("demo [--port N]"), CliText::tr("CliDemoSummary"),
+            CliText::tr("CliDemoDetails"), 0, 0, {QStringLiteral("--port")}, {}};
 }
 
 int run(CliContext& context)
@@ -31,11 +29,19 @@ int run(CliContext& context)
                                            QStringLiteral("demo"), &status);
     if (!lock)
         return status;
+    int port = 0;
+    if (context.command.values.contains(QStringLiteral("--port"))) {
+        bool ok = false;
+        port = context.command.values.value(QStringLiteral("--port")).toInt(&ok);
+        if (!ok || port < 1 || port > 65535)
+            return failWith(ExitUsage, CliText::tr("CliErrorBadPort").arg(context.command.values.value(QStringLiteral("--port"))));
+    }
     DemoServer server;
-    if (!server.start())
-        return failWith(ExitFailure, QStringLiteral("cannot serve the demo site on 127.0.0.1"));
+    if (!server.start(port))
+        return failWith(ExitFailure, port ? CliText::tr("CliErrorDemoPortBusy").arg(port)
+                                          : CliText::tr("CliErrorDemoCannotServe"));
     const QString url = server.baseURL();
-    std::fprintf(stderr, "Demo site served at %s\n", qPrintable(url));
+    std::fprintf(stderr, "%s\n", qPrintable(CliText::tr("CliDemoServed").arg(url)));
 
     ProjectPtr project = DemoProject::recreate(url);
     if (!project)

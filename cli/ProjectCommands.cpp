@@ -30,7 +30,7 @@ QList<CommandSpec> specs()
          0, 0, {}, {}},
         {QStringLiteral("delete"), QStringLiteral("delete NAME"),
          QStringLiteral("delete a project with its database and logs"),
-         QStringLiteral("A project that another process is crawling or vacuuming is not deleted (exit status 4).\n"), 1, 1,
+         QStringLiteral("A project that another process is crawling or vacuuming is not deleted (exit status 6).\n"), 1, 1,
          {}, {}},
     };
 }

@@ -1,34 +1,27 @@
 #include "cli/ReportCommands.h"
 
+#include "cli/CliText.h"
 #include "cli/ProjectAccess.h"
+#include "cli/ReportOptions.h"
+#include "cli/ReportWriter.h"
 #include "cli/TableOutput.h"
 #include "crawler/CrawlRecordKeeper.h"
 #include "store/DateFormatter.h"
-#include "store/Localization.h"
+#include "store/FetchLog.h"
 #include "store/PageFilter.h"
+#include "store/PageListing.h"
 #include "store/Project.h"
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/QuillmereLink.h"
 #include "store/QuillmereLinkPage.h"
 #include "store/QuillmerePage.h"
 
-#include <algorithm>
+#include <QMap>
+#include <QUrl>
 
 namespace ReportCommands {
 
 namespace {
-const QString kFormatHelp = QStringLiteral("  --format F   table (default), csv (RFC 4180) or json (an array of objects)\n");
-
-bool formatOption(CliContext& context, TableOutput::Format* format, int* status)
-{
-    const QString text = context.command.values.value(QStringLiteral("--format"), QStringLiteral("table"));
-    if (!TableOutput::parseFormat(text, format)) {
-        *status = failWith(ExitUsage, QStringLiteral("'%1' is not a format: table, csv or json").arg(text));
-        return false;
-    }
-    return true;
-}
-
 bool filterOption(CliContext& context, qint32* code, int* status)
 {
     static const QStringList names{QStringLiteral("all"), QStringLiteral("404"), QStringLiteral("404-html"),
@@ -36,16 +29,92 @@ bool filterOption(CliContext& context, qint32* code, int* status)
     const QString text = context.command.values.value(QStringLiteral("--filter"), QStringLiteral("all"));
     const qsizetype index = names.indexOf(text);
     if (index < 0) {
-        *status = failWith(ExitUsage, QStringLiteral("'%1' is not a filter: %2").arg(text, names.join(QStringLiteral(", "))));
+        *status = failWith(ExitUsage, CliText::tr("CliErrorBadFilter").arg(text, names.join(QStringLiteral(", "))));
         return false;
     }
     *code = qint32(index);
     return true;
 }
 
+// --columns a,b,c (the default: every column but error) and --sort COLUMN[:asc|:desc].
+bool columnOptions(CliContext& context, QStringList* columns, QString* sort, bool* descending, int* status)
+{
+    const QStringList all = PageListing::columns();
+    const QString listed = context.command.values.value(QStringLiteral("--columns"));
+    *columns = listed.isEmpty() ? all.mid(0, all.size() - 1) : listed.split(QLatin1Char(','), Qt::SkipEmptyParts);
+    for (auto& c : *columns) {
+        c = c.trimmed();
+        if (!PageListing::isColumn(c)) {
+            *status = failWith(ExitUsage, CliText::tr("CliErrorBadColumn").arg(c, all.join(QStringLiteral(", "))));
+            return false;
+        }
+    }
+    if (columns->isEmpty()) {
+        *status = failWith(ExitUsage, CliText::tr("CliErrorBadColumn").arg(listed, all.join(QStringLiteral(", "))));
+        return false;
+    }
+    QString sortText = context.command.values.value(QStringLiteral("--sort"));
+    *descending = false;
+    if (sortText.endsWith(QLatin1String(":desc"))) {
+        *descending = true;
+        sortText.chop(5);
+    } else if (sortText.endsWith(QLatin1String(":asc"))) {
+        sortText.chop(4);
+    }
+    if (!sortText.isEmpty() && !PageListing::isColumn(sortText)) {
+        *status = failWith(ExitUsage, CliText::tr("CliErrorBadColumn").arg(sortText, all.join(QStringLiteral(", "))));
+        return false;
+    }
+    *sort = sortText;
+    return true;
+}
+
+QString columnHeader(const QString& column)
+{
+    static const QMap<QString, const char*> keys{
+        {QStringLiteral("url"), "DocumentViewColumnURL"},
+        {QStringLiteral("title"), "DocumentViewColumnTitle"},
+        {QStringLiteral("depth"), "DocumentViewColumnDepth"},
+        {QStringLiteral("inLinkCount"), "DocumentViewColumnReceived"},
+        {QStringLiteral("outLinkCount"), "DocumentViewColumnLinksOut"},
+        {QStringLiteral("weight"), "DocumentViewColumnWeight"},
+        {QStringLiteral("status"), "CliColumnStatus"},
+        {QStringLiteral("responseMs"), "CliColumnResponseMs"},
+        {QStringLiteral("error"), "CliColumnError"},
+    };
+    return CliText::tr(keys.value(column, "CliColumnStatus"));
+}
+
+QVariant cell(const QString& column, const PageListing::Row& row, bool table)
+{
+    const QuillmerePage& p = *row.page;
+    if (column == QLatin1String("url"))
+        return p.url();
+    if (column == QLatin1String("title"))
+        return p.title();
+    if (column == QLatin1String("depth"))
+        return p.depth();
+    if (column == QLatin1String("inLinkCount"))
+        return p.inLinkCount();
+    if (column == QLatin1String("outLinkCount"))
+        return p.outLinkCount();
+    if (column == QLatin1String("weight"))
+        return p.weight();
+    if (!row.fetch)
+        return table ? QVariant(QStringLiteral("-")) : QVariant();
+    if (column == QLatin1String("status")) {
+        if (table)
+            return row.fetch->statusText();
+        return row.fetch->status() > 0 ? QVariant(row.fetch->status()) : QVariant();
+    }
+    if (column == QLatin1String("responseMs"))
+        return row.fetch->responseMs() >= 0 ? QVariant(row.fetch->responseMs()) : QVariant();
+    return row.fetch->failure().isEmpty() ? (table ? QVariant(QStringLiteral("-")) : QVariant()) : QVariant(row.fetch->failure());
+}
+
 QString limitText(qint32 limit)
 {
-    return limit == -1 ? QStringLiteral("none") : QString::number(limit);
+    return limit == -1 ? CliText::tr("CliLimitNone") : QString::number(limit);
 }
 
 QString dateText(const QDateTime& date)
@@ -55,10 +124,11 @@ QString dateText(const QDateTime& date)
 
 QString filterCounts(const std::shared_ptr<Project>& project)
 {
-    QString out = QStringLiteral("Filters:\n");
-    const char* labels[] = {nullptr, "404, all types", "404, HTML only", "404, not HTML", "noindex", "canonical"};
+    QString out = CliText::tr("CliFiltersTitle") + QLatin1Char('\n');
+    const char* labels[] = {nullptr, "CliFilter404All", "CliFilter404Html", "CliFilter404Other", "CliFilterNoIndex",
+                            "CliFilterCanonical"};
     for (qint32 code = 1; code <= 5; ++code)
-        out += QStringLiteral("  %1 %2\n").arg(QString::fromLatin1(labels[code]) + QLatin1Char(':'), -16)
+        out += QStringLiteral("  %1 %2\n").arg(CliText::tr(labels[code]), -16)
                    .arg(PageFilter::pages(code, project).size());
     return out;
 }
@@ -67,11 +137,11 @@ QString topPages(const std::shared_ptr<Project>& project, int count)
 {
     // A large site's pages are not all loaded for ten rows.
     const QList<QuillmerePagePtr> pages = QuillmerePage::getTopPagesByWeightForProject(project, count);
-    TableOutput table({}, {QStringLiteral("WEIGHT"), QStringLiteral("IN"), QStringLiteral("OUT"), QStringLiteral("DEPTH"),
-                           QStringLiteral("URL")});
+    TableOutput table({}, {CliText::tr("CliTopWeight"), CliText::tr("CliTopIn"), CliText::tr("CliTopOut"),
+                           CliText::tr("CliTopDepth"), QStringLiteral("URL")});
     for (const auto& p : pages)
         table.addRow({p->weight(), p->inLinkCount(), p->outLinkCount(), p->depth(), p->url()});
-    QString out = table.render(TableOutput::Format::Table, QStringLiteral("Top %1 pages by weight:").arg(pages.size()));
+    QString out = table.render(TableOutput::Format::Table, CliText::tr("CliTopTitle").arg(pages.size()));
     // Indent the table under its title.
     QStringList lines = out.split(QLatin1Char('\n'));
     for (int i = 1; i < lines.size(); ++i)
@@ -79,23 +149,46 @@ QString topPages(const std::shared_ptr<Project>& project, int count)
             lines[i] = QStringLiteral("  ") + lines[i];
     return lines.join(QLatin1Char('\n'));
 }
+
+// A label padded to the report's column of values.
+QString label(const char* key)
+{
+    const QString text = CliText::tr(key);
+    return text.size() >= 16 ? text + QLatin1Char(' ') : text.leftJustified(16);
+}
+
+// The page a URL names, typed with its escapes (%20) or without them (a space, é), and with
+// or without its trailing "/".
+QuillmerePagePtr pageForTypedURL(const QString& typed, const ProjectPtr& project)
+{
+    QStringList candidates{typed};
+    const QUrl url(typed, QUrl::TolerantMode);
+    if (url.isValid()) {
+        candidates << url.toString(QUrl::FullyEncoded)
+                   << url.toString(QUrl::PrettyDecoded);
+    }
+    candidates << QUrl::fromPercentEncoding(typed.toUtf8());
+    candidates.removeDuplicates();
+    for (const auto& c : candidates)
+        if (QuillmerePagePtr page = QuillmerePage::getPageFromURL(c, project))
+            return page;
+    return nullptr;
+}
 } // namespace
 
 QList<CommandSpec> specs()
 {
     return {
-        {QStringLiteral("show"), QStringLiteral("show NAME"), QStringLiteral("show a project, its last crawl and its counts"),
-         QString(), 1, 1, {}, {}},
+        {QStringLiteral("show"), QStringLiteral("show NAME"), CliText::tr("CliShowSummary"), CliText::tr("CliShowDetails"),
+         1, 1, {}, {}},
         {QStringLiteral("pages"),
-         QStringLiteral("pages NAME [--filter all|404|404-html|404-other|noindex|canonical] [--format table|csv|json]"),
-         QStringLiteral("list the pages of a project: URL, title, depth, links received, links sent, weight"),
-         QStringLiteral("  --filter F   all (default): HTML pages without noindex, nofollow or canonical; 404: pages\n"
-                        "               without HTML answer, any type; 404-html, 404-other: the same by content type;\n"
-                        "               noindex; canonical: pages that name another URL as canonical\n")
-             + kFormatHelp,
-         1, 1, {QStringLiteral("--filter"), QStringLiteral("--format")}, {}},
-        {QStringLiteral("links"), QStringLiteral("links NAME URL [--format table|csv|json]"),
-         QStringLiteral("list the pages that link to the page at URL, with their anchors"), kFormatHelp, 2, 2,
+         QStringLiteral("pages NAME [--filter all|404|404-html|404-other|noindex|canonical] [--columns C,...]\n"
+                        "        [--sort COLUMN[:desc]] [--format table|csv|json|markdown]"),
+         CliText::tr("CliPagesSummary"), CliText::tr("CliPagesDetails") + ReportOptions::formatHelp(), 1, 1,
+         {QStringLiteral("--filter"), QStringLiteral("--format"), QStringLiteral("--columns"), QStringLiteral("--sort")},
+         {}},
+        {QStringLiteral("links"), QStringLiteral("links NAME URL [--format table|csv|json|markdown]"),
+         CliText::tr("CliLinksSummary"), CliText::tr("CliLinksDetails") + ReportOptions::formatHelp(), 2, 2,
          {QStringLiteral("--format")}, {}},
     };
 }
@@ -108,18 +201,29 @@ int runShow(CliContext& context)
     if (!project)
         return status;
     QString out;
-    out += QStringLiteral("Project:        %1\n").arg(project->name());
-    out += QStringLiteral("URL:            %1\n").arg(project->url());
-    out += QStringLiteral("Created:        %1\n").arg(dateText(project->creation_date()));
-    out += QStringLiteral("Limits:         depth %1, pages %2\n").arg(limitText(project->limit_depth()), limitText(project->limit_page_count()));
-    out += QStringLiteral("Last crawl:     %1 to %2\n").arg(dateText(project->crawler_start_date()), dateText(project->crawler_stop_date()));
-    out += QStringLiteral("Pages crawled:  %1\n").arg(CrawlRecordKeeper::pageCountOf(project));
-    out += QStringLiteral("Deepest depth:  %1\n").arg(project->max_depth());
-    out += QStringLiteral("Pages known:    %1\n").arg(QuillmerePage::countPagesForProject(project));
-    out += QStringLiteral("Queue:          %1 done, %2 waiting\n")
-               .arg(QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project))
-               .arg(QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project));
-    out += QStringLiteral("Database:       %1\n").arg(project->full_sqlite_name());
+    out += label("CliShowProject") + project->name() + QLatin1Char('\n');
+    out += label("CliShowURL") + project->url() + QLatin1Char('\n');
+    out += label("CliShowCreated") + dateText(project->creation_date()) + QLatin1Char('\n');
+    out += label("CliShowLimits")
+           + CliText::tr("CliShowLimitsValue").arg(limitText(project->limit_depth()), limitText(project->limit_page_count()))
+           + QLatin1Char('\n');
+    out += label("CliShowLastCrawl")
+           + CliText::tr("CliShowFromTo").arg(dateText(project->crawler_start_date()), dateText(project->crawler_stop_date()))
+           + QLatin1Char('\n');
+    out += label("CliShowPagesCrawled") + QString::number(CrawlRecordKeeper::pageCountOf(project)) + QLatin1Char('\n');
+    out += label("CliReportDeepest") + QString::number(project->max_depth()) + QLatin1Char('\n');
+    out += label("CliShowPagesKnown") + QString::number(QuillmerePage::countPagesForProject(project)) + QLatin1Char('\n');
+    out += label("CliReportQueue")
+           + CliText::tr("CliReportQueueValue")
+                 .arg(QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project))
+                 .arg(QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project))
+           + QLatin1Char('\n');
+    out += label("CliReportBroken")
+           + CliText::tr("CliReportBrokenValue")
+                 .arg(FetchLog::countBrokenLinks(project))
+                 .arg(FetchLog::countBrokenTargets(project))
+           + QLatin1Char('\n');
+    out += label("CliShowDatabase") + project->full_sqlite_name() + QLatin1Char('\n');
     out += filterCounts(project);
     if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
         return failed;
@@ -130,76 +234,95 @@ int runShow(CliContext& context)
 int runPages(CliContext& context)
 {
     int status = ExitOk;
-    TableOutput::Format format;
+    ReportWriter::Format format;
     qint32 filter = 0;
-    if (!formatOption(context, &format, &status) || !filterOption(context, &filter, &status))
+    QStringList columns;
+    QString sort;
+    bool descending = false;
+    if (!ReportOptions::format(context, &format, &status) || !filterOption(context, &filter, &status)
+        || !columnOptions(context, &columns, &sort, &descending, &status))
         return status;
     ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Read, &status);
     if (!project)
         return status;
-    const QList<QuillmerePagePtr> pages = PageFilter::pages(filter, project);
-    TableOutput table({QStringLiteral("url"), QStringLiteral("title"), QStringLiteral("depth"),
-                       QStringLiteral("inLinkCount"), QStringLiteral("outLinkCount"), QStringLiteral("weight")},
-                      {Localization::localizedString("DocumentViewColumnURL"),
-                       Localization::localizedString("DocumentViewColumnTitle"),
-                       Localization::localizedString("DocumentViewColumnDepth"),
-                       Localization::localizedString("DocumentViewColumnReceived"),
-                       Localization::localizedString("DocumentViewColumnLinksOut"),
-                       Localization::localizedString("DocumentViewColumnWeight")});
+    QStringList headers;
+    for (const auto& c : columns)
+        headers << columnHeader(c);
+    // Rows are printed as the statement yields them: a list of any length starts at once and
+    // holds one page at a time (the aligned table excepted, which needs its widths).
+    ReportWriter writer(format, columns, headers, QString());
+    const bool table = format == ReportWriter::Format::Table;
+    const bool read = PageListing::forEachPage(filter, sort, descending, project, [&](const PageListing::Row& row) {
+        QList<QVariant> values;
+        values.reserve(columns.size());
+        for (const auto& c : columns)
+            values << cell(c, row, table);
+        writer.addRow(values);
+    });
     if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
         return failed;
-    for (const auto& p : pages)
-        table.addRow({p->url(), p->title(), p->depth(), p->inLinkCount(), p->outLinkCount(), p->weight()});
-    printOut(table.render(format, PageFilter::title(filter, quint64(pages.size()))));
+    if (!read)
+        return failWith(ExitUsage, CliText::tr("CliErrorUnreadableDatabase").arg(project->name()));
+    writer.setTitle(CliText::tr(PageFilter::titleKey(filter)).arg(writer.rowCount()));
+    writer.finish();
     return ExitOk;
 }
 
 int runLinks(CliContext& context)
 {
     int status = ExitOk;
-    TableOutput::Format format;
-    if (!formatOption(context, &format, &status))
+    ReportWriter::Format format;
+    if (!ReportOptions::format(context, &format, &status))
         return status;
     ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Read, &status);
     if (!project)
         return status;
     const QString url = context.command.operands.value(1);
     if (url.isEmpty())
-        return failWith(ExitUsage, QStringLiteral("the URL is empty"));
-    const QuillmerePagePtr page = QuillmerePage::getPageFromURL(url, project);
+        return failWith(ExitUsage, CliText::tr("CliErrorEmptyURL"));
+    const QuillmerePagePtr page = pageForTypedURL(url, project);
     if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
         return failed;
     if (!page)
-        return failWith(ExitUsage, QStringLiteral("no page with the URL %1 in '%2'").arg(url, project->name()));
+        return failWith(ExitUsage, CliText::tr("CliErrorNoPageWithURL").arg(url, project->name()));
     const QList<QuillmereLinkPagePtr> links = QuillmereLinkPage::getSourcesLinksFromPage(page, project);
     if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
         return failed;
-    TableOutput table({QStringLiteral("anchor"), QStringLiteral("url"), QStringLiteral("depth"), QStringLiteral("outLinkCount")},
-                      {Localization::localizedString("LinkViewColumnAnchor"), Localization::localizedString("LinkViewColumnURL"),
-                       Localization::localizedString("LinkViewColumnDepth"),
-                       Localization::localizedString("LinkViewColumnLinksOut")});
+    ReportWriter writer(format,
+                        {QStringLiteral("anchor"), QStringLiteral("url"), QStringLiteral("depth"), QStringLiteral("outLinkCount")},
+                        {CliText::tr("LinkViewColumnAnchor"), CliText::tr("LinkViewColumnURL"),
+                         CliText::tr("LinkViewColumnDepth"), CliText::tr("LinkViewColumnLinksOut")},
+                        CliText::tr("CliLinksTitle").arg(links.size()).arg(page->url()));
     for (const auto& pair : links)
-        table.addRow({pair->quillmereLink()->anchor(), pair->quillmerePage()->url(), pair->quillmerePage()->depth(),
-                      pair->quillmerePage()->outLinkCount()});
-    printOut(table.render(format, PageFilter::sourcesTitle(quint64(links.size()))));
+        writer.addRow({pair->quillmereLink()->anchor(), pair->quillmerePage()->url(), pair->quillmerePage()->depth(),
+                       pair->quillmerePage()->outLinkCount()});
+    writer.finish();
     return ExitOk;
 }
 
 void printCrawlReport(const std::shared_ptr<Project>& project, const CrawlRunFigures& figures)
 {
     QString out;
-    out += QStringLiteral("Crawl of '%1' (%2)%3\n")
-               .arg(project->name(), project->url(),
-                    figures.stopped ? QStringLiteral(": stopped") : (figures.endError.isEmpty() ? QString() : QStringLiteral(": ended on an error")));
-    out += QStringLiteral("Pages analysed: %1 (this run: %2)\n").arg(project->pages_count()).arg(figures.pagesThisRun);
-    out += QStringLiteral("Deepest depth:  %1\n").arg(project->max_depth());
+    const QString how = figures.stopped ? CliText::tr("CliReportStopped")
+                                        : (figures.endError.isEmpty() ? QString() : CliText::tr("CliReportEndedOnError"));
+    out += CliText::tr("CliReportTitle").arg(project->name(), project->url()) + how + QLatin1Char('\n');
+    out += label("CliReportPagesAnalysed")
+           + CliText::tr("CliReportPagesValue").arg(project->pages_count()).arg(figures.pagesThisRun) + QLatin1Char('\n');
+    out += label("CliReportDeepest") + QString::number(project->max_depth()) + QLatin1Char('\n');
     const double rate = figures.seconds > 0 ? figures.pagesThisRun / figures.seconds : 0;
-    out += QStringLiteral("Duration:       %1 s (%2 pages/s)\n").arg(figures.seconds, 0, 'f', 2).arg(rate, 0, 'f', 1);
-    out += QStringLiteral("Queue:          %1 done, %2 waiting\n")
-               .arg(QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project))
-               .arg(QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project));
+    out += label("CliReportDuration")
+           + CliText::tr("CliReportDurationValue").arg(figures.seconds, 0, 'f', 2).arg(rate, 0, 'f', 1) + QLatin1Char('\n');
+    out += label("CliReportQueue")
+           + CliText::tr("CliReportQueueValue")
+                 .arg(QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project))
+                 .arg(QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project))
+           + QLatin1Char('\n');
+    out += label("CliReportBroken")
+           + CliText::tr("CliReportBrokenValue").arg(figures.brokenLinks).arg(figures.brokenTargets) + QLatin1Char('\n');
     out += filterCounts(project);
     out += topPages(project, 10);
+    if (!figures.whyNothing.isEmpty())
+        out += QLatin1Char('\n') + figures.whyNothing + QLatin1Char('\n');
     printOut(out);
 }
 

@@ -20,6 +20,9 @@ struct CrawlRunFigures {
     double seconds = 0;
     bool stopped = false;
     QString endError;
+    qint64 brokenLinks = 0;    // links found on crawled pages whose target is broken
+    qint64 brokenTargets = 0;  // the targets they reach
+    QString whyNothing;        // when the crawl analysed nothing: why, and what to do
 };
 // The summary of a crawl on standard output.
 void printCrawlReport(const std::shared_ptr<Project>& project, const CrawlRunFigures& figures);

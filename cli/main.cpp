@@ -1,6 +1,8 @@
 // quillmere: the command-line face of the crawler.
+#include "cli/AuditCommands.h"
 #include "cli/CheckCommand.h"
 #include "cli/CliContext.h"
+#include "cli/CliText.h"
 #include "cli/CommandLine.h"
 #include "cli/CrawlCommands.h"
 #include "cli/DemoCommand.h"
@@ -34,6 +36,10 @@ QList<Command> commands()
     list.append({reportSpecs[0], ReportCommands::runShow});
     list.append({reportSpecs[1], ReportCommands::runPages});
     list.append({reportSpecs[2], ReportCommands::runLinks});
+    const auto auditSpecs = AuditCommands::specs();
+    list.append({auditSpecs[0], AuditCommands::runBroken});
+    list.append({auditSpecs[1], AuditCommands::runRedirects});
+    list.append({auditSpecs[2], AuditCommands::runSitemap});
     list.append({CheckCommand::spec(), CheckCommand::run});
     list.append({DemoCommand::spec(), DemoCommand::run});
     return list;
@@ -45,7 +51,10 @@ int main(int argc, char** argv)
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("quillmere"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
+    // The French table stays installed for what the crawl stores (page titles); the command
+    // line's own texts follow the locale.
     Localization::install();
+    CliText::setLanguage(StringTable::languageFromEnvironment());
 
     const QList<Command> all = commands();
     QList<CommandSpec> specs;

@@ -37,7 +37,7 @@ QString DemoServer::baseURL() const
     return QStringLiteral("http://127.0.0.1:%1").arg(port_);
 }
 
-bool DemoServer::start()
+bool DemoServer::start(int port)
 {
     httplib::Server& server = impl_->server;
     server.Get(".*", [this](const httplib::Request& request, httplib::Response& response) {
@@ -68,7 +68,10 @@ bool DemoServer::start()
             body.replace("DEMO_HOST", QStringLiteral("127.0.0.1:%1").arg(port_).toUtf8());
         response.set_content(body.toStdString(), type.toStdString());
     });
-    port_ = server.bind_to_any_port("127.0.0.1");
+    if (port > 0)
+        port_ = server.bind_to_port("127.0.0.1", port) ? port : 0;
+    else
+        port_ = server.bind_to_any_port("127.0.0.1");
     if (port_ <= 0)
         return false;
     impl_->thread = std::thread([&server] { server.listen_after_bind(); });

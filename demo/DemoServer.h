@@ -14,7 +14,8 @@ public:
     DemoServer(const DemoServer&) = delete;
     DemoServer& operator=(const DemoServer&) = delete;
 
-    bool start();
+    // On `port`, or on a free one when it is 0.
+    bool start(int port = 0);
     void stop();
     int port() const { return port_; }
     QString baseURL() const;

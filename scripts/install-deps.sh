@@ -13,7 +13,7 @@ packages=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-l10n-tools
   libsqlite3-dev libxml2-dev libcurl4-openssl-dev zlib1g-dev
-  libcpp-httplib-dev libgtest-dev
+  libcpp-httplib-dev libgtest-dev libxml2-utils
   clang libclang-rt-14-dev
 )
 for arg in "$@"; do

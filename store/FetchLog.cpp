@@ -158,6 +158,19 @@ FetchLogPtr FetchLog::fetchLogFromStatement(sqlite3_stmt* statement, int first)
                                       chainFromJson(columnText(statement, first + 6)), at);
 }
 
+QString FetchLog::columnsOfF()
+{
+    return QStringLiteral("F.url,F.final_url,F.status,F.failure,F.failure_text,F.response_ms,F.redirect_chain,F.fetched_at");
+}
+
+QString FetchLog::tableOrEmpty(sqlite3* db)
+{
+    if (hasTable(db))
+        return QStringLiteral("FetchLog");
+    return QStringLiteral("(select '' as url,'' as final_url,0 as status,'' as failure,'' as failure_text,"
+                          "-1 as response_ms,0 as redirect_count,'[]' as redirect_chain,'' as fetched_at where 0)");
+}
+
 QString FetchLog::brokenCondition()
 {
     return QStringLiteral("(F.status >= 400 or F.failure in (%1))").arg(QLatin1String(kBrokenFailures));

@@ -43,6 +43,12 @@ public:
     static qint64 countBrokenLinks(const std::shared_ptr<Project>& project);
     static qint64 countBrokenTargets(const std::shared_ptr<Project>& project);
 
+    // For the report queries: the columns fetchLogFromStatement reads, on the alias F, and
+    // the table to read them from (an empty stand-in when a read-only file lacks it, so that
+    // the reports still list the pages, without fetch columns).
+    static QString columnsOfF();
+    static QString tableOrEmpty(sqlite3* db);
+
     // SQL condition on the alias F: an error status (4xx, 5xx) or a failed transfer. A page
     // refused for its type or its size was answered and is not broken.
     static QString brokenCondition();

@@ -1,5 +1,7 @@
 #include "store/PageFilter.h"
 
+#include "store/Localization.h"
+
 namespace PageFilter {
 
 qint32 normalized(qint32 code)
@@ -25,22 +27,22 @@ QList<QuillmerePagePtr> pages(qint32 code, const std::shared_ptr<Project>& proje
     }
 }
 
+const char* titleKey(qint32 code)
+{
+    static const char* const keys[] = {"DocumentsListTitleAll",     "DocumentsListTitle404All",
+                                       "DocumentsListTitle404Html", "DocumentsListTitle404Other",
+                                       "DocumentsListTitleNoIndex", "DocumentsListTitleCanonical"};
+    return keys[normalized(code)];
+}
+
 QString title(qint32 code, quint64 count)
 {
-    static const char* const formats[] = {
-        "%1 documents référencés",
-        "%1 documents en 404 tous types référencés",
-        "%1 documents en 404 de type HTML référencés",
-        "%1 documents en 404 pas de type HTML référencés",
-        "%1 documents en noindex référencés",
-        "%1 documents canonical référencés",
-    };
-    return QString::fromUtf8(formats[normalized(code)]).arg(count);
+    return Localization::localizedString(titleKey(code)).arg(count);
 }
 
 QString sourcesTitle(quint64 count)
 {
-    return QStringLiteral("%1 liens vers le document sélectionné").arg(count);
+    return Localization::localizedString("LinksListTitle").arg(count);
 }
 
 } // namespace PageFilter

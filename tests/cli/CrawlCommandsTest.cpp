@@ -232,16 +232,18 @@ TEST_F(CrawlCommands, PagesAndLinksInEveryFormat)
     ASSERT_EQ(r.exitCode, 0);
     QStringList lines = r.out.split('\n', Qt::SkipEmptyParts);
     ASSERT_GE(lines.size(), 4);
-    EXPECT_EQ(lines[0], QStringLiteral("2 documents référencés"));
+    EXPECT_EQ(lines[0], QStringLiteral("2 documents listed"));
     EXPECT_TRUE(lines[1].startsWith("URL"));
-    EXPECT_TRUE(lines[1].contains("Titre"));
+    EXPECT_TRUE(lines[1].contains("Title"));
+    EXPECT_TRUE(lines[1].contains("Status"));
 
     r = run({"pages", "fmt", "--format", "csv"});
     ASSERT_EQ(r.exitCode, 0);
     lines = r.out.split("\r\n", Qt::SkipEmptyParts);
     ASSERT_EQ(lines.size(), 3) << r.out.toStdString();
-    EXPECT_EQ(lines[0], "url,title,depth,inLinkCount,outLinkCount,weight");
-    EXPECT_EQ(lines[1], QStringLiteral("%1,\"Home, \"\"sweet\"\" home\",1,1,2,1").arg(base));
+    EXPECT_EQ(lines[0], "url,title,depth,inLinkCount,outLinkCount,weight,status,responseMs");
+    EXPECT_TRUE(lines[1].startsWith(QStringLiteral("%1,\"Home, \"\"sweet\"\" home\",1,1,2,1,200,").arg(base)))
+        << lines[1].toStdString();
 
     r = run({"pages", "fmt", "--format", "json"});
     ASSERT_EQ(r.exitCode, 0);
@@ -261,7 +263,7 @@ TEST_F(CrawlCommands, PagesAndLinksInEveryFormat)
     EXPECT_EQ(links[0].toObject().value("url").toString(), base);
 
     r = run({"links", "fmt", base + "/a.html"});
-    EXPECT_TRUE(r.out.startsWith(QStringLiteral("2 liens vers le document sélectionné\n"))) << r.out.toStdString();
+    EXPECT_TRUE(r.out.startsWith(QStringLiteral("2 links to %1/a.html\n").arg(base))) << r.out.toStdString();
 
     r = run({"pages", "fmt", "--filter", "noindex", "--format", "json"});
     EXPECT_EQ(r.exitCode, 0);

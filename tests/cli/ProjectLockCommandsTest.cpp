@@ -64,7 +64,7 @@ TEST_F(ProjectLockCommands, WritersAreRefusedWhileACrawlRunsAndReadersAreNot)
                                                       {"vacuum", "site"},
                                                       {"delete", "site"}}) {
         const CliResult r = run(args);
-        EXPECT_EQ(r.exitCode, 4) << args.join(' ').toStdString() << "\n" << r.err.toStdString();
+        EXPECT_EQ(r.exitCode, 6) << args.join(' ').toStdString() << "\n" << r.err.toStdString();
         EXPECT_TRUE(r.err.contains("the project 'site' is in use by process " + pid + " (quillmere crawl)"))
             << r.err.toStdString();
     }

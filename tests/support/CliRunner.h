@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QString>
@@ -12,8 +13,10 @@ struct CliResult {
     QString err;
 };
 
+// The program speaks the language of its locale: English unless `environment` names another
+// (LANG, LC_ALL...), whatever the machine's own locale.
 inline CliResult runCli(const QStringList& arguments, const QString& dataDir = QString(), int timeoutMs = 60000,
-                        const QByteArray& input = QByteArray())
+                        const QByteArray& input = QByteArray(), const QMap<QString, QString>& environment = {})
 {
     QProcess process;
     QStringList args;
@@ -22,6 +25,11 @@ inline CliResult runCli(const QStringList& arguments, const QString& dataDir = Q
     args << arguments;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("QUILLMERE_TRACE"), QStringLiteral("0"));
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANGUAGE"})
+        env.remove(QString::fromLatin1(name));
+    env.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+    for (auto it = environment.begin(); it != environment.end(); ++it)
+        env.insert(it.key(), it.value());
     process.setProcessEnvironment(env);
     process.start(QStringLiteral(QUILLMERE_CLI_PATH), args);
     CliResult result;
