@@ -161,18 +161,10 @@ QString label(const char* key)
 // or without its trailing "/".
 QuillmerePagePtr pageForTypedURL(const QString& typed, const ProjectPtr& project)
 {
-    QStringList candidates{typed};
-    const QUrl url(typed, QUrl::TolerantMode);
-    if (url.isValid()) {
-        candidates << url.toString(QUrl::FullyEncoded)
-                   << url.toString(QUrl::PrettyDecoded);
-    }
-    candidates << QUrl::fromPercentEncoding(typed.toUtf8());
-    candidates.removeDuplicates();
-    for (const auto& c : candidates)
-        if (QuillmerePagePtr page = QuillmerePage::getPageFromURL(c, project))
-            return page;
-    return nullptr;
+    if (QuillmerePagePtr page = QuillmerePage::getPageFromURL(typed, project))
+        return page;
+    const QString stored = PageListing::storedURLMatching(typed, project);
+    return stored.isNull() ? nullptr : QuillmerePage::getPageFromURL(stored, project);
 }
 } // namespace
 

@@ -6,6 +6,7 @@
 #include "store/RecordStatement.h"
 
 #include <QMap>
+#include <QUrl>
 
 #include <sqlite3.h>
 
@@ -65,6 +66,31 @@ QStringList PageListing::columns()
 bool PageListing::isColumn(const QString& name)
 {
     return sortExpressions().contains(name);
+}
+
+QString PageListing::storedURLMatching(const QString& typed, const ProjectPtr& project)
+{
+    auto unescaped = [](const QString& url) {
+        QString plain = QUrl::fromPercentEncoding(url.toUtf8());
+        if (plain.endsWith(QLatin1Char('/')))
+            plain.chop(1);
+        return plain;
+    };
+    const QString wanted = unescaped(typed);
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, "select url from Page order by idt", &stmt)) {
+        DebugTrace("storedURLMatching Error::%s", sqlite3_errmsg(db));
+        return QString();
+    }
+    QString found;
+    while (found.isNull() && nextRow(stmt, project)) {
+        const QString url = columnText(stmt, 0);
+        if (unescaped(url) == wanted)
+            found = url;
+    }
+    finish(stmt);
+    return found;
 }
 
 bool PageListing::forEachPage(qint32 filter, const QString& sortColumn, bool descending, const ProjectPtr& project,

@@ -27,6 +27,11 @@ public:
 
     // Calls `row` for each page, sorted by `sortColumn` (one of columns(); empty: store
     // order), ties in store order. Answers false when the statement could not be run.
+    // The stored URL of the page a typed URL names when both are read without their escapes
+    // (%20 and a space, %C3%A9 and é alike); null when none. Pages are stored as their links
+    // wrote them, so one URL may be stored half escaped.
+    static QString storedURLMatching(const QString& typed, const std::shared_ptr<Project>& project);
+
     static bool forEachPage(qint32 filter, const QString& sortColumn, bool descending,
                             const std::shared_ptr<Project>& project, const std::function<void(const Row&)>& row);
 };
