@@ -21,7 +21,8 @@ QList<CommandSpec> specs()
         {QStringLiteral("new"), QStringLiteral("new NAME URL [--depth N] [--pages N]"),
          QStringLiteral("create a project for the site at URL"),
          QStringLiteral("The URL must be http or https; surrounding blanks and one trailing \"/\" are dropped.\n"
-                        "  --depth N   stop after the first page deeper than N (default: no limit)\n"
+                        "  --depth N   stop after the first page deeper than N: the start page is depth 1, and the\n"
+                        "              limit lets one page past it be analysed (default: no limit)\n"
                         "  --pages N   stop after the first page past N pages (default: no limit)\n"),
          2, 2, {QStringLiteral("--depth"), QStringLiteral("--pages")}, {}},
         {QStringLiteral("projects"), QStringLiteral("projects"),
