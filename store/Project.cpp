@@ -8,6 +8,7 @@
 #include "store/ManagedObjectContext.h"
 #include "store/ProjectFilePaths.h"
 #include "store/SQLite3Wrapper.h"
+#include "store/StatementCache.h"
 
 #include <sqlite3.h>
 
@@ -77,6 +78,7 @@ Project::~Project()
     // Nobody can reach this project's database any more: give its connection back. The
     // manager may be going away too, so the handle is closed here directly.
     if (database_ && database_->database()) {
+        StatementCache::release(database_->database());
         sqlite3_close(database_->database());
         database_->setDatabase(nullptr);
     }

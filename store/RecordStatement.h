@@ -1,10 +1,11 @@
 #pragma once
-// Small helpers shared by the record classes of the crawl database. Each operation still
-// prepares, binds, steps, clears, resets and finalizes its own statement; these only keep the
-// conversions between Qt strings and the library's UTF-8 text in one place.
+// Small helpers shared by the record classes of the crawl database. Each operation prepares,
+// binds, steps and finishes its statement; the preparation is done once per connection and
+// SQL text (StatementCache), and finishing hands the statement back for the next use.
 
 #include "store/Project.h"
 #include "store/SQLite3Wrapper.h"
+#include "store/StatementCache.h"
 
 #include <QString>
 
@@ -26,7 +27,9 @@ inline bool prepare(sqlite3* db, const char* sql, sqlite3_stmt** stmt)
     *stmt = nullptr;
     if (!db)
         return false;
-    return sqlite3_prepare_v2(db, sql, -1, stmt, nullptr) == SQLITE_OK;
+    if ((*stmt = StatementCache::take(db, sql)))
+        return true;
+    return sqlite3_prepare_v3(db, sql, -1, SQLITE_PREPARE_PERSISTENT, stmt, nullptr) == SQLITE_OK;
 }
 
 // A null string binds as NULL, so that the not-null columns refuse it.
@@ -90,9 +93,7 @@ inline bool nextRow(sqlite3_stmt* stmt, const ProjectPtr& project)
 
 inline void finish(sqlite3_stmt* stmt)
 {
-    sqlite3_clear_bindings(stmt);
-    sqlite3_reset(stmt);
-    sqlite3_finalize(stmt);
+    StatementCache::giveBack(stmt);
 }
 
 // How descriptions print a missing string.
