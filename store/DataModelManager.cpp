@@ -7,6 +7,7 @@
 #include "store/ManagedObjectContext.h"
 #include "store/ManagedObjectModel.h"
 #include "store/PersistentStoreCoordinator.h"
+#include "store/StatementCache.h"
 
 #include <QDir>
 #include <QFile>
@@ -46,6 +47,15 @@ QString appendComponent(const QString& directory, const QString& component)
 void waitWhileBusy(sqlite3* db)
 {
     sqlite3_busy_timeout(db, 10000);
+}
+
+// A write-ahead log: a commit appends to the log and syncs it only at checkpoints, readers
+// in other processes (show, pages) go on during a crawl, and a crash loses at most the
+// transactions since the last sync, never the database. The mode stays with the file.
+void useWriteAheadLog(sqlite3* db)
+{
+    sqlite3_exec(db, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+    sqlite3_exec(db, "PRAGMA synchronous=NORMAL", nullptr, nullptr, nullptr);
 }
 
 bool removePath(const QString& path)
@@ -202,6 +212,7 @@ sqlite3* DataModelManager::openOrCreateSQLite3DatabaseWithName(const QString& pa
             return nullptr;
         }
         waitWhileBusy(db);
+        useWriteAheadLog(db);
         // A crawl database made before the fetch log existed gets it; nothing else changes.
         FetchLog::addTableWhenMissing(db);
         return db;
@@ -212,6 +223,7 @@ sqlite3* DataModelManager::openOrCreateSQLite3DatabaseWithName(const QString& pa
         return nullptr;
     }
     waitWhileBusy(db);
+    useWriteAheadLog(db);
     for (const char* statement : kSchema) {
         sqlite3_stmt* stmt = nullptr;
         if (sqlite3_prepare_v2(db, statement, -1, &stmt, nullptr) == SQLITE_OK)
@@ -224,6 +236,7 @@ sqlite3* DataModelManager::openOrCreateSQLite3DatabaseWithName(const QString& pa
 
 void DataModelManager::closeSQLite3Database(sqlite3* database)
 {
+    StatementCache::release(database);
     sqlite3_close(database);
 }
 
