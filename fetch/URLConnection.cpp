@@ -10,6 +10,8 @@
 #include <chrono>
 #include <cmath>
 #include <mutex>
+#include <utility>
+#include <vector>
 
 struct URLConnection::Exchange {
     using Clock = std::chrono::steady_clock;
@@ -78,6 +80,66 @@ FetchErrorPtr abandonedError()
 {
     return FetchError::errorWithCode(FetchError::Cancelled, QStringLiteral("the transfer was abandoned"));
 }
+
+// Handles kept between transfers. A handle pair is used by one transfer (one thread) at a
+// time; the multi handle holds the connection cache, so reusing the pair reuses the socket.
+class TransferHandlePool {
+public:
+    static TransferHandlePool& shared()
+    {
+        static TransferHandlePool pool;
+        return pool;
+    }
+    bool take(void** easy, void** multi)
+    {
+        std::lock_guard lock(mutex_);
+        if (idle_.empty())
+            return false;
+        *easy = idle_.back().first;
+        *multi = idle_.back().second;
+        idle_.pop_back();
+        return true;
+    }
+    void giveBack(void* easy, void* multi)
+    {
+        curl_easy_reset(static_cast<CURL*>(easy));
+        {
+            std::lock_guard lock(mutex_);
+            if (idle_.size() < kMaximumIdle) {
+                idle_.emplace_back(easy, multi);
+                return;
+            }
+        }
+        close(easy, multi);
+    }
+    void releaseIdle()
+    {
+        std::vector<std::pair<void*, void*>> handles;
+        {
+            std::lock_guard lock(mutex_);
+            handles.swap(idle_);
+        }
+        for (const auto& [easy, multi] : handles)
+            close(easy, multi);
+    }
+    int idleCount()
+    {
+        std::lock_guard lock(mutex_);
+        return int(idle_.size());
+    }
+
+private:
+    static constexpr size_t kMaximumIdle = 16;
+    static void close(void* easy, void* multi)
+    {
+        if (multi)
+            curl_multi_cleanup(static_cast<CURLM*>(multi));
+        if (easy)
+            curl_easy_cleanup(static_cast<CURL*>(easy));
+    }
+    std::mutex mutex_;
+    std::vector<std::pair<void*, void*>> idle_;
+};
 
 void initialiseLibcurlOnce()
 {
@@ -195,10 +257,24 @@ URLConnection::URLConnection(const URLRequest& request, URLConnectionDelegate* d
 
 URLConnection::~URLConnection()
 {
+    if (easy_ && multi_) {
+        TransferHandlePool::shared().giveBack(easy_, multi_);
+        return;
+    }
     if (multi_)
         curl_multi_cleanup(static_cast<CURLM*>(multi_));
     if (easy_)
         curl_easy_cleanup(static_cast<CURL*>(easy_));
+}
+
+void URLConnection::releaseIdleTransfers()
+{
+    TransferHandlePool::shared().releaseIdle();
+}
+
+int URLConnection::idleTransferCount()
+{
+    return TransferHandlePool::shared().idleCount();
 }
 
 QByteArray URLConnection::userAgent()
@@ -242,7 +318,7 @@ void URLConnection::performExchange()
         return;
     }
 
-    if (!easy_) {
+    if (!easy_ && !TransferHandlePool::shared().take(&easy_, &multi_)) {
         easy_ = curl_easy_init();
         multi_ = curl_multi_init();
         if (!easy_ || !multi_) {

@@ -63,6 +63,13 @@ public:
     // "Quillmere/<version>", sent with every request.
     static QByteArray userAgent();
 
+    // Transfers give their libcurl handles back for the next one, which then reuses the
+    // open connection to the same server (keep-alive) instead of opening another. This
+    // closes the handles and connections nobody is using (a crawl's end calls it).
+    static void releaseIdleTransfers();
+    // How many handles are kept for reuse.
+    static int idleTransferCount();
+
 private:
     friend struct URLConnectionCallbacks;
 
