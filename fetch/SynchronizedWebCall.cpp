@@ -2,9 +2,12 @@
 
 #include "fetch/NSURLConnectionLimitSize.h"
 #include "fetch/PercentEscapes.h"
+#include "fetch/RequestPacer.h"
 #include "fetch/URLConnection.h"
 
 #include <QElapsedTimer>
+#include <QLocale>
+#include <QTimeZone>
 #include <QVariantMap>
 
 #include <atomic>
@@ -122,12 +125,45 @@ QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::opti
     const URLRequest request = requestWithURL(*url, QStringLiteral("GET"));
     HTTPURLResponsePtr response;
     FetchErrorPtr error;
-    QElapsedTimer clock;
-    clock.start();
-    QByteArray data = NSURLConnectionLimitSize::sendSynchronousRequest(request, &response, kDownloadLimit,
-                                                                      filteredMimeType, &headers, &error, canContinue_,
-                                                                      &lastOutcome_.redirectChain);
-    lastOutcome_.responseMs = clock.elapsed();
+    QByteArray data;
+    for (int attempt = 0;; ++attempt) {
+        if (pacer_ && !pacer_->waitTurn(canContinue_)) {
+            error = FetchError::errorWithCode(FetchError::Cancelled, QStringLiteral("the transfer was abandoned"));
+            response.reset();
+            data = QByteArray();
+            break;
+        }
+        headers.clear();
+        lastOutcome_.redirectChain.clear();
+        lastOutcome_.fetchedAt = QDateTime::currentDateTimeUtc();
+        QElapsedTimer clock;
+        clock.start();
+        data = NSURLConnectionLimitSize::sendSynchronousRequest(request, &response, kDownloadLimit, filteredMimeType,
+                                                               &headers, &error, canContinue_,
+                                                               &lastOutcome_.redirectChain);
+        lastOutcome_.responseMs = clock.elapsed();
+        // A server that is busy or rate-limiting says when to come back: a short wait is
+        // better than a page recorded as failed.
+        const int status = response ? response->statusCode() : 0;
+        if (error || (status != 429 && status != 503) || attempt >= kMaximumRetries)
+            break;
+        const qint64 wait = retryAfterSeconds(response->valueForHTTPHeaderField(QStringLiteral("Retry-After")),
+                                              QDateTime::currentDateTimeUtc());
+        if (wait < 0 || wait > kMaximumRetryAfterSeconds)
+            break;
+        if (!RequestPacer::sleepFor(std::chrono::seconds(wait), canContinue_)) {
+            error = FetchError::errorWithCode(FetchError::Cancelled, QStringLiteral("the transfer was abandoned"));
+            response.reset();
+            data = QByteArray();
+            headers.clear();
+            break;
+        }
+    }
+    if (headers.isEmpty()) {
+        // Stopped before any request went out: the fields read as after a failed transfer.
+        headers.insert(QStringLiteral("contentType"), QStringLiteral(""));
+        headers.insert(QStringLiteral("contentLength"), qint64(-1));
+    }
     isAbandoned_ = error && error->code() == FetchError::Cancelled && canContinue_ && !canContinue_->load();
 
     const bool invalid = isInValidResponse(response, data, error);
@@ -164,6 +200,39 @@ QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::opti
     if (invalid)
         return QByteArray();
     return data;
+}
+
+qint64 SynchronizedWebCall::retryAfterSeconds(const QString& value, const QDateTime& now)
+{
+    const QString text = value.trimmed();
+    if (text.isEmpty())
+        return -1;
+    bool ok = false;
+    const qint64 seconds = text.toLongLong(&ok);
+    if (ok)
+        return seconds >= 0 ? seconds : -1;
+    // An HTTP date, e.g. "Wed, 21 Oct 2015 07:28:00 GMT".
+    QDateTime when = QLocale::c().toDateTime(text, QStringLiteral("ddd, dd MMM yyyy HH:mm:ss 'GMT'"));
+    if (!when.isValid())
+        return -1;
+    when.setTimeZone(QTimeZone::utc());
+    return qMax<qint64>(0, now.secsTo(when));
+}
+
+void SynchronizedWebCall::adoptAnswerOf(const SynchronizedWebCall& other)
+{
+    isRedirect_ = other.isRedirect_;
+    isContentTypeError_ = other.isContentTypeError_;
+    isContentLengthError_ = other.isContentLengthError_;
+    is404_ = other.is404_;
+    contentType_ = other.contentType_;
+    contentLength_ = other.contentLength_;
+    downloadedLength_ = other.downloadedLength_;
+    redirectURL_ = other.redirectURL_;
+    downloadedSize_ = other.downloadedSize_;
+    isAbandoned_ = other.isAbandoned_;
+    isOtherHostRefused_ = other.isOtherHostRefused_;
+    lastOutcome_ = other.lastOutcome_;
 }
 
 bool SynchronizedWebCall::isInValidResponse(const HTTPURLResponsePtr& response, const QByteArray& result,

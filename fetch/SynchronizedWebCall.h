@@ -12,6 +12,8 @@
 #include <atomic>
 #include <optional>
 
+class RequestPacer;
+
 // The crawler's door to the web: a blocking GET of a URL string that answers the body only
 // when the answer is usable, and that leaves on the object the classification of that last
 // answer.
@@ -63,6 +65,21 @@ public:
     // Whether two URLs share scheme, host and port (the scheme's default port when none is
     // written).
     static bool isSameOrigin(const QUrl& url, const QUrl& origin);
+
+    // An answer 429 or 503 whose Retry-After asks for at most this many seconds is waited
+    // for and the URL asked again, up to kMaximumRetries times; otherwise it stands.
+    static constexpr int kMaximumRetryAfterSeconds = 60;
+    static constexpr int kMaximumRetries = 3;
+    // The seconds a Retry-After value asks for (a number of seconds or an HTTP date, counted
+    // from `now`); -1 when it says nothing usable.
+    static qint64 retryAfterSeconds(const QString& value, const QDateTime& now);
+
+    // The cap on requests per second shared by all the calls of a crawl; null: none.
+    void setRequestPacer(RequestPacer* pacer) { pacer_ = pacer; }
+
+    // Takes over the answer another call received (every field read after getURL()), as
+    // if this call had made the request.
+    void adoptAnswerOf(const SynchronizedWebCall& other);
 
     // The flag that abandons a transfer in progress once it reads false (the crawl's stop
     // flag); null: transfers always run to their end.
@@ -144,4 +161,5 @@ private:
     FetchOutcome lastOutcome_;
     double ownTimeoutInterval_ = 0;
     const std::atomic<bool>* canContinue_ = nullptr;
+    RequestPacer* pacer_ = nullptr;
 };
