@@ -37,6 +37,9 @@ public:
     CrawlProgress& progress() { return progress_; }
 
     // DownloaderDelegate
+    // Nothing else runs on the main thread while the crawl goes: the per-page calls are
+    // taken on the crawler's thread.
+    bool takesCallsOnCrawlerThread() const override { return true; }
     void downloaderDidStart() override;
     void downloaderDidEnd() override;
     void downloaderEndWithError(const QString& error) override;

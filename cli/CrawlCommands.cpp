@@ -131,19 +131,26 @@ int finalStatus(const ProjectPtr& project, const ReportCommands::CrawlRunFigures
 QList<CommandSpec> specs()
 {
     return {
-        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S] [--fail-on-broken]"),
+        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S] [--fail-on-broken] [--parallel N] [--max-rate R]"),
          QStringLiteral("crawl a project's site, then print the report"),
          QStringLiteral("A project crawled before has pages: --continue goes on with the URLs still waiting, --restart\n"
                         "empties the database and starts again (on a terminal without either, you are asked).\n"
                         "  --timeout S  seconds a transfer may stay silent before it fails (default 1000)\n"
                         "  --fail-on-broken  exit with status 4 when the crawl found broken internal links (links\n"
                         "               whose target answered 4xx or 5xx or could not be fetched; see 'broken NAME')\n"
+                        "  --parallel N requests in flight at most (default 4): the next pages of the queue are\n"
+                        "               fetched while one is analysed; pages are still analysed in queue order\n"
+                        "               and the database is the same; 1 asks for one page at a time\n"
+                        "  --max-rate R requests per second at most (default: no cap)\n"
+                        "A busy server's 429 or 503 with a Retry-After of up to 60 s is waited for and asked\n"
+                        "again (3 times at most).\n"
                         "Ctrl-C stops within a second; a page still downloading stays in the queue, nothing is\n"
                         "lost and the crawl can be continued.\n"
                         "Exit status: 0 done, 2 bad input, 3 the site's links do not match the project URL\n"
                         "(http/https or www.), 4 broken internal links (with --fail-on-broken), 6 another process\n"
                         "is crawling, vacuuming or deleting the project, 130 stopped.\n"),
-         1, 1, {QStringLiteral("--timeout")}, {QStringLiteral("--continue"), QStringLiteral("--restart"), QStringLiteral("--fail-on-broken")}},
+         1, 1, {QStringLiteral("--timeout"), QStringLiteral("--parallel"), QStringLiteral("--max-rate")},
+         {QStringLiteral("--continue"), QStringLiteral("--restart"), QStringLiteral("--fail-on-broken")}},
         {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME]"),
          QStringLiteral("make a project for URL and crawl it once, without limits and without the vacuum"),
          QStringLiteral("  --name NAME  the project's name (default: the URL's host)\n"), 1, 1, {QStringLiteral("--name")}, {}},
@@ -153,7 +160,7 @@ QList<CommandSpec> specs()
     };
 }
 
-int crawlAndReport(const ProjectPtr& project, double transferTimeout)
+int crawlAndReport(const ProjectPtr& project, const CrawlSettings& settings)
 {
     ReportCommands::CrawlRunFigures figures;
     QString databaseError;
@@ -164,7 +171,7 @@ int crawlAndReport(const ProjectPtr& project, double transferTimeout)
         controller->setSelf(controller);
         std::shared_ptr<DownloaderDelegate> delegate(controller, static_cast<DownloaderDelegate*>(controller.get()));
         auto operation = DownloaderOperationLibXML::initWithProject(project, delegate);
-        operation->syncWebCall()->setTimeoutInterval(transferTimeout);
+        settings.applyTo(*operation);
         controller->setStopFlag(operation->canContinueFlag(), &StopSignal::received);
         QEventLoop loop;
         controller->setFinishedHandler([&loop] { loop.quit(); });
@@ -188,13 +195,17 @@ int crawlAndReport(const ProjectPtr& project, double transferTimeout)
 int runCrawl(CliContext& context)
 {
     CrawlAudit::setFailOnBroken(context.command.flags.contains(QStringLiteral("--fail-on-broken")));
-    double transferTimeout = 0;
+    CrawlSettings settings;
     if (context.command.values.contains(QStringLiteral("--timeout"))) {
         bool ok = false;
-        transferTimeout = context.command.values.value(QStringLiteral("--timeout")).toDouble(&ok);
-        if (!ok || !(transferTimeout > 0) || transferTimeout > 1e6)
+        settings.transferTimeout = context.command.values.value(QStringLiteral("--timeout")).toDouble(&ok);
+        if (!ok || !(settings.transferTimeout > 0) || settings.transferTimeout > 1e6)
             return failWith(ExitUsage, QStringLiteral("--timeout wants a number of seconds above 0"));
     }
+    QString why;
+    if (!settings.parse(context.command.values.value(QStringLiteral("--parallel")),
+                        context.command.values.value(QStringLiteral("--max-rate")), &why))
+        return failWith(ExitUsage, why);
     int status = ExitOk;
     ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
     if (!project)
@@ -209,7 +220,7 @@ int runCrawl(CliContext& context)
         return failed;
     if (!CrawlStartDecision::apply(choice, project))
         return status;
-    return crawlAndReport(project, transferTimeout);
+    return crawlAndReport(project, settings);
 }
 
 int runCrawlURL(CliContext& context)

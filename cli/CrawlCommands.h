@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/CliContext.h"
+#include "crawler/CrawlSettings.h"
 
 #include <QList>
 
@@ -17,6 +18,5 @@ int runVacuum(CliContext& context);
 
 // Crawls the project (the crawler made as for a new crawl; the caller prepared a restart),
 // then vacuums it, showing progress, and prints the report. Answers the exit status.
-// transferTimeout: seconds a transfer may stay silent; 0 or less keeps the default.
-int crawlAndReport(const std::shared_ptr<Project>& project, double transferTimeout = 0);
+int crawlAndReport(const std::shared_ptr<Project>& project, const CrawlSettings& settings = CrawlSettings());
 } // namespace CrawlCommands

@@ -69,9 +69,10 @@ void CrawlRecordKeeper::crawlDidStart()
     sinceLastSave_.invalidate();
 }
 
-void CrawlRecordKeeper::pageDidStart(const QString&, qint32 depth)
+void CrawlRecordKeeper::crawlDidCommit()
 {
-    // Saved before this page is counted: every page counted so far has been committed.
+    // Saved just after a commit: every page counted so far is in the crawl database, so the
+    // registry never counts pages that a crash could still take back.
     if (!sinceLastSave_.isValid() || sinceLastSave_.elapsed() >= 1000) {
         sinceLastSave_.start();
         // No rollback on failure: the counters in memory are what the limits read, and the
@@ -80,6 +81,10 @@ void CrawlRecordKeeper::pageDidStart(const QString&, qint32 depth)
         if (DataModelManager* manager = delegate ? delegate->dataModelManager() : nullptr)
             manager->saveContext(false);
     }
+}
+
+void CrawlRecordKeeper::pageDidStart(const QString&, qint32 depth)
+{
     maxDepthBeforePage_ = maxDepth_;
     pageCount_ += 1;
     pagesThisRun_ += 1;

@@ -34,11 +34,13 @@ public:
     void crawlDidStart();
     // downloadPageDidStartWithURL:andDepth: counts the page and writes the running count
     // and that page's depth to the project, where the crawler's limit tests read them.
-    // Once a second at most, it first saves the registry: the counters saved then are
-    // those of the pages done, so a crawl killed outright continues from true counts.
     void pageDidStart(const QString& url, qint32 depth);
     // The page just started was given up (the crawl is stopping): it is not counted.
     void pageWasAbandoned();
+    // The crawl committed what it recorded: the registry is saved, once a second at most.
+    // The counters saved then are those of committed pages, so a crawl killed outright
+    // continues from true counts.
+    void crawlDidCommit();
     // downloaderDidEnd: weights, stop date, final counters, registry saved. Answers the
     // queue's waiting and done counts.
     void crawlDidEnd(qint64* waitingCount, qint64* doneCount);

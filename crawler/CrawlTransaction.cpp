@@ -37,6 +37,11 @@ void CrawlTransaction::end()
     open_ = false;
 }
 
+bool CrawlTransaction::hasFailed() const
+{
+    return open_ && (DatabaseErrorLog::failureCount() != failuresAtStart_ || sqlite3_get_autocommit(database_));
+}
+
 bool CrawlTransaction::commit()
 {
     if (!open_)

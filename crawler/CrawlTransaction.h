@@ -17,6 +17,9 @@ public:
     CrawlTransaction& operator=(const CrawlTransaction&) = delete;
 
     bool commit();
+    // A write failed since the transaction began (it will roll back): nothing more should
+    // be written before commit() is called.
+    bool hasFailed() const;
     QString errorMessage() const { return errorMessage_; }
 
 private:

@@ -6,7 +6,9 @@
 
 // What a crawl reports, and the page and link records it asks for. Every call arrives on
 // the main thread while the crawler's thread waits; an implementation must never wait for
-// the crawler. The record-keeping calls must keep the crawl database consistent: see
+// the crawler. A delegate that shows no window may instead take the per-page calls on the
+// crawler's own thread (takesCallsOnCrawlerThread); the start and end calls still come on
+// the main thread. The record-keeping calls must keep the crawl database consistent: see
 // CrawlRecordKeeper, which does exactly what they owe.
 class DownloaderDelegate {
 public:
@@ -35,4 +37,10 @@ public:
         (void)url;
         (void)depth;
     }
+    // Everything recorded so far is committed to the crawl database (each commit holds the
+    // pages of up to a quarter of a second).
+    virtual void crawlDidCommit() {}
+    // True when nothing else needs the main thread while the crawl runs (no window): the
+    // hand-over to it per call is then saved.
+    virtual bool takesCallsOnCrawlerThread() const { return false; }
 };

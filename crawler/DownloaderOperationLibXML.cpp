@@ -1,9 +1,12 @@
 #include "crawler/DownloaderOperationLibXML.h"
 
 #include "crawler/CrawlTransaction.h"
+#include "crawler/FetchAhead.h"
 #include "crawler/MainThread.h"
 #include "crawler/RecordMetaTypes.h"
+#include "fetch/RequestPacer.h"
 #include "fetch/SynchronizedWebCall.h"
+#include "fetch/URLConnection.h"
 #include "html/HTMLLink.h"
 #include "html/HTMLParser.h"
 #include "html/PathOperations.h"
@@ -16,6 +19,7 @@
 #include "store/Project.h"
 #include "store/QuillmereDownloaderQueue.h"
 
+#include <QElapsedTimer>
 #include <QStringDecoder>
 #include <QUrl>
 
@@ -73,10 +77,13 @@ DownloaderOperationLibXML::DownloaderOperationLibXML(std::shared_ptr<Project> pr
       project_(std::move(project)),
       downloaderDelegate_(std::move(delegate)),
       syncWebCall_(std::make_unique<SynchronizedWebCall>()),
-      arrayOfFilteredContentType_{QStringLiteral("text/html")}
+      arrayOfFilteredContentType_{QStringLiteral("text/html")},
+      pacer_(std::make_unique<RequestPacer>())
 {
     // A stop abandons the transfer in hand instead of waiting for a stalled server.
     syncWebCall_->setCanContinueFlag(&canContinue_);
+    syncWebCall_->setRequestPacer(pacer_.get());
+    direct_ = downloaderDelegate_ && downloaderDelegate_->takesCallsOnCrawlerThread();
     if (project_)
         projectOrigin_ = SynchronizedWebCall::URLFromString(project_->url()).value_or(QUrl());
 }
@@ -96,6 +103,17 @@ DownloaderOperationLibXML::initForContinueWithProject(std::shared_ptr<Project> p
     return std::make_shared<DownloaderOperationLibXML>(std::move(project), std::move(delegate), true);
 }
 
+void DownloaderOperationLibXML::setMaxRequestsPerSecond(double rate)
+{
+    pacer_ = std::make_unique<RequestPacer>(rate);
+    syncWebCall_->setRequestPacer(pacer_.get());
+}
+
+double DownloaderOperationLibXML::maxRequestsPerSecond() const
+{
+    return pacer_->rate();
+}
+
 QString DownloaderOperationLibXML::firstURLErrorMessage()
 {
     return QStringLiteral("Attention les URL trouvées dans les pages ne correspondent pas a celle du projet, "
@@ -111,7 +129,13 @@ void DownloaderOperationLibXML::main()
                                                                QStringLiteral("index.html"), 1, project_);
     }
     loadRobotsTxt();
+    if (parallelFetches_ > 1)
+        fetchAhead_ = std::make_unique<FetchAhead>(parallelFetches_, arrayOfFilteredContentType_,
+                                                   syncWebCall_->requestTimeoutInterval(), pacer_.get());
     downloadFromWaitingQueue();
+    // No thread, transfer or connection outlives the walk.
+    fetchAhead_.reset();
+    URLConnection::releaseIdleTransfers();
     downloaderDidEnd();
     if (isPossibleFirstURLError_)
         downloaderEndWithError(firstURLErrorMessage());
@@ -165,39 +189,121 @@ void DownloaderOperationLibXML::downloadFromWaitingQueue()
     QList<QuillmereDownloaderQueuePtr> batch = QuillmereDownloaderQueue::getAllWaitingDownloaderQueueForProject(project_);
     if (!canContinue())
         return;
+    // The records of many entries go in one transaction: one commit for up to
+    // kEntriesPerCommit pages fetched ahead instead of one for each. Each entry's writes and
+    // its done mark stay in the same transaction, so a crash or a failed write leaves whole
+    // entries, and those not committed stay waiting for the next run.
+    std::unique_ptr<CrawlTransaction> group;
+    int entriesInGroup = 0;
+    QElapsedTimer groupAge;
+    auto commitGroup = [&] {
+        if (!group)
+            return;
+        const bool committed = group->commit();
+        if (!committed) {
+            databaseError_ = group->errorMessage();
+            setCanContinue(false);
+        }
+        group.reset();
+        entriesInGroup = 0;
+        if (committed)
+            crawlDidCommit();
+    };
     for (;;) {
         if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected() || batch.isEmpty())
-            return;
+            break;
         reportQueueCounts(true);
         if (canContinue()) {
-            for (const auto& entry : batch) {
+            for (qsizetype i = 0; i < batch.size(); ++i) {
+                const auto& entry = batch[i];
                 if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected())
                     break;
-                {
-                    // The page's records and its done mark land together.
-                    CrawlTransaction transaction(project_->sqlite3Database());
-                    pageAbandoned_ = false;
-                    downloadAndPerformURL(entry->url(), entry->path(), entry->documentName(), qint32(entry->depth()));
-                    // A page given up because the crawl is stopping waits for the next run.
-                    if (!pageAbandoned_) {
-                        entry->updatePerformDoneWithBooleanValue(true);
-                        --waitingCount_;
-                        ++doneCount_;
-                    }
-                    if (!transaction.commit()) {
-                        databaseError_ = transaction.errorMessage();
-                        setCanContinue(false);
-                    }
+                if (fetchAhead_)
+                    fetchAheadFrom(batch, i);
+                // Waiting on the network is the time to write: the pages done so far are not
+                // left uncommitted behind a slow or hanging one.
+                if (group && entriesInGroup > 0 && !(fetchAhead_ && fetchAhead_->isAnswered(entry->url())))
+                    commitGroup();
+                if (!canContinue())
+                    break;
+                if (!group) {
+                    group = std::make_unique<CrawlTransaction>(project_->sqlite3Database());
+                    groupAge.start();
                 }
+                pageAbandoned_ = false;
+                downloadAndPerformURL(entry->url(), entry->path(), entry->documentName(), qint32(entry->depth()));
+                // A page given up because the crawl is stopping waits for the next run.
+                if (!pageAbandoned_) {
+                    entry->updatePerformDoneWithBooleanValue(true);
+                    --waitingCount_;
+                    ++doneCount_;
+                }
+                ++entriesInGroup;
+                if (group->hasFailed() || entriesInGroup >= kEntriesPerCommit
+                    || groupAge.elapsed() >= kMillisecondsPerCommit || !canContinue())
+                    commitGroup();
                 reportQueueCounts(false);
                 if (!canContinue())
                     break;
             }
         }
+        // What was fetched ahead of this batch is not needed: the next one is read afresh.
+        if (fetchAhead_)
+            fetchAhead_->dropAll();
+        commitGroup();
         batch = QuillmereDownloaderQueue::getAllWaitingDownloaderQueueForProject(project_);
         if (!canContinue())
-            return;
+            break;
     }
+    if (fetchAhead_)
+        fetchAhead_->dropAll();
+    commitGroup();
+}
+
+// Starts the GETs of the entries after this one, as far as the limits let the walk go and
+// as many as may be in flight.
+void DownloaderOperationLibXML::fetchAheadFrom(const QList<QuillmereDownloaderQueuePtr>& batch, qsizetype next)
+{
+    if (!canContinue())
+        return;
+    // Every page started counts, and the page that passes the limit is the last analysed.
+    qsizetype allowance = batch.size() - next;
+    if (project_->limit_page_count() != -1)
+        allowance = qMin<qsizetype>(allowance, qMax(0, project_->limit_page_count() + 1 - project_->pages_count()));
+    const qsizetype end = qMin(batch.size(), next + allowance);
+    const qsizetype window = qMin(end, next + 4 * qsizetype(parallelFetches_));
+    for (qsizetype j = next; j < window && fetchAhead_->pendingCount() < parallelFetches_; ++j) {
+        const auto& entry = batch[j];
+        const QString& url = entry->url();
+        if (!analysedURLs_.contains(url) && !fetchAhead_->isRequested(url)) {
+            // An entry whose page an earlier run analysed is passed over when its turn
+            // comes: asking the server for it would be a request for nothing.
+            const QuillmerePagePtr known = getPageFromURL(url);
+            if (known && !known->title().isEmpty())
+                analysedURLs_.insert(url);
+            else
+                fetchAhead_->request(url, requiredOriginOf(url));
+        }
+        // A page deeper than the limit is the last one the walk starts.
+        if (project_->limit_depth() != -1 && entry->depth() > project_->limit_depth())
+            break;
+    }
+}
+
+QUrl DownloaderOperationLibXML::requiredOriginOf(const QString& url) const
+{
+    // Only the project's own server is asked for a URL taken from a link: a link can look
+    // internal to the link rules and still name another host (user-info, a longer host
+    // name). A redirect target is the site's own choice and goes wherever it points.
+    return redirectTargets_.contains(url) ? QUrl() : projectOrigin_;
+}
+
+QByteArray DownloaderOperationLibXML::fetchPage(const QString& url, const QUrl& origin)
+{
+    QByteArray data;
+    if (fetchAhead_ && fetchAhead_->take(url, origin, canContinue_, &data, syncWebCall_.get()))
+        return data;
+    return syncWebCall_->getURL(url, arrayOfFilteredContentType_, origin);
 }
 
 void DownloaderOperationLibXML::downloadAndPerformURL(const QString& url, const QString& path,
@@ -208,6 +314,8 @@ void DownloaderOperationLibXML::downloadAndPerformURL(const QString& url, const 
         return;  // analysed already, in this run or an earlier one
     try {
         analysePage(url, path, documentName, depth, currentPage);
+        if (!pageAbandoned_)
+            analysedURLs_.insert(url);
     } catch (...) {
         // A fault while analysing one page abandons that page only; what was recorded stays.
         DebugTrace("downloadAndPerformURL exception (%s)", qPrintable(url));
@@ -218,11 +326,7 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
                                             qint32 depth, QuillmerePagePtr currentPage)
 {
     downloadPageDidStartWithURL(url, depth);
-    // Only the project's own server is asked for a URL taken from a link: a link can look
-    // internal to the link rules and still name another host (user-info, a longer host
-    // name). A redirect target is the site's own choice and goes wherever it points.
-    const QUrl origin = redirectTargets_.contains(url) ? QUrl() : projectOrigin_;
-    const QByteArray data = syncWebCall_->getURL(url, arrayOfFilteredContentType_, origin);
+    const QByteArray data = fetchPage(url, requiredOriginOf(url));
     if (syncWebCall_->isAbandoned()) {
         pageAbandoned_ = true;
         downloadPageWasAbandonedWithURL(url, depth);
@@ -436,12 +540,16 @@ void DownloaderOperationLibXML::downloaderEndWithError(const QString& error)
 
 void DownloaderOperationLibXML::downloadPageDidStartWithURL(const QString& url, qint32 depth)
 {
+    if (direct_)
+        return downloaderDelegate_->downloadPageDidStartWithURL(url, depth);
     QVariantMap d{{kUrl, url}, {kDepth, depth}};
     MainThread::performAndWait([&] { mainThreadDownloadPageDidStartWithDictionnary(d); });
 }
 
 void DownloaderOperationLibXML::downloadPageDidEndWithURL(const QString& url, qint32 depth)
 {
+    if (direct_)
+        return downloaderDelegate_->downloadPageDidEndWithURL(url, depth);
     QVariantMap d{{kUrl, url}, {kDepth, depth}};
     MainThread::performAndWait([&] { mainThreadDownloadPageDidEndWithDictionnary(d); });
 }
@@ -449,6 +557,8 @@ void DownloaderOperationLibXML::downloadPageDidEndWithURL(const QString& url, qi
 QuillmerePagePtr DownloaderOperationLibXML::foundPageWithPath(const QString& path, const QString& name,
                                                               const QString& title, const QString& url, qint32 depth)
 {
+    if (direct_)
+        return downloaderDelegate_->foundPageWithPath(path, name, title, url, depth);
     QVariantMap d{{kPath, path}, {kPage, name}, {kTitle, title}, {kUrl, url}, {kDepth, depth}};
     MainThread::performAndWait([&] { mainThreadFoundPageWithMutableDictionnary(d); });
     return pageFromVariant(d.value(kQuillmerePage));
@@ -456,6 +566,8 @@ QuillmerePagePtr DownloaderOperationLibXML::foundPageWithPath(const QString& pat
 
 void DownloaderOperationLibXML::updatePage(const QuillmerePagePtr& page, const QString& title)
 {
+    if (direct_)
+        return downloaderDelegate_->updatePage(page, title);
     QVariantMap d{{kPage, pageVariant(page)}, {kTitle, title}};
     MainThread::performAndWait([&] { mainThreadUpdatePageWithDictionnary(d); });
 }
@@ -463,6 +575,8 @@ void DownloaderOperationLibXML::updatePage(const QuillmerePagePtr& page, const Q
 bool DownloaderOperationLibXML::foundLinkWithPath(const QString& path, const QString& name, const QString& anchor,
                                                   const QString& url, qint32 depth, const QuillmerePagePtr& page)
 {
+    if (direct_)
+        return downloaderDelegate_->foundLinkWithPath(path, name, anchor, url, depth, page);
     QVariantMap d{{kPath, path}, {kName, name}, {kAnchor, anchor}, {kUrl, url}, {kDepth, depth}, {kPage, pageVariant(page)}};
     MainThread::performAndWait([&] { mainThreadFoundLinkNameWithMutableDictionnary(d); });
     return d.value(kBRet).toBool();
@@ -471,6 +585,8 @@ bool DownloaderOperationLibXML::foundLinkWithPath(const QString& path, const QSt
 bool DownloaderOperationLibXML::foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor,
                                                   const QuillmerePagePtr& page)
 {
+    if (direct_)
+        return downloaderDelegate_->foundLinkWithPage(pageTo, anchor, page);
     QVariantMap d{{kPageTo, pageVariant(pageTo)}, {kAnchor, anchor}, {kPage, pageVariant(page)}};
     MainThread::performAndWait([&] { mainThreadFoundLinkPageWithMutableDictionnary(d); });
     return d.value(kBRet).toBool();
@@ -478,6 +594,8 @@ bool DownloaderOperationLibXML::foundLinkWithPage(const QuillmerePagePtr& pageTo
 
 QuillmerePagePtr DownloaderOperationLibXML::getPageFromURL(const QString& url)
 {
+    if (direct_)
+        return downloaderDelegate_->getPageFromURL(url);
     QVariantMap d{{kUrl, url}};
     MainThread::performAndWait([&] { mainThreadGetPageFromURLWithMutableDictionnary(d); });
     return pageFromVariant(d.value(kQuillmerePage));
@@ -485,26 +603,46 @@ QuillmerePagePtr DownloaderOperationLibXML::getPageFromURL(const QString& url)
 
 void DownloaderOperationLibXML::initLinkProgressWithMaxValue(qint32 linkCountMax)
 {
+    if (direct_)
+        return downloaderDelegate_->initLinkProgressWithMaxValue(linkCountMax);
     QVariantMap d{{QStringLiteral("linkCountMax"), linkCountMax}};
     MainThread::performAndWait([&] { mainThreadInitLinkProgressWithMutableDictionnary(d); });
 }
 
 void DownloaderOperationLibXML::setLinkProgressWithValue(qint32 value, qint32 maxValue)
 {
+    if (direct_)
+        return downloaderDelegate_->setLinkProgressWithValue(value, maxValue);
     QVariantMap d{{QStringLiteral("value"), value}, {QStringLiteral("maxValue"), maxValue}};
     MainThread::performAndWait([&] { mainThreadSetLinkProgressWithMutableDictionnary(d); });
 }
 
 void DownloaderOperationLibXML::setWaitingQueueCount(qint32 waitingCount, qint32 doneCount)
 {
+    if (direct_)
+        return downloaderDelegate_->setWaitingQueueCount(waitingCount, doneCount);
     QVariantMap d{{QStringLiteral("waitingCount"), waitingCount}, {QStringLiteral("doneCount"), doneCount}};
     MainThread::performAndWait([&] { mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(d); });
 }
 
 void DownloaderOperationLibXML::downloadPageWasAbandonedWithURL(const QString& url, qint32 depth)
 {
+    if (direct_)
+        return downloaderDelegate_->downloadPageWasAbandonedWithURL(url, depth);
     QVariantMap d{{kUrl, url}, {kDepth, depth}};
     MainThread::performAndWait([&] { mainThreadDownloadPageWasAbandonedWithDictionnary(d); });
+}
+
+void DownloaderOperationLibXML::crawlDidCommit()
+{
+    if (direct_)
+        return downloaderDelegate_->crawlDidCommit();
+    MainThread::performAndWait([this] { mainThreadCrawlDidCommit(); });
+}
+
+void DownloaderOperationLibXML::mainThreadCrawlDidCommit()
+{
+    downloaderDelegate_->crawlDidCommit();
 }
 
 void DownloaderOperationLibXML::mainThreadDownloaderDidStart()

@@ -2,6 +2,7 @@
 
 #include "crawler/DownloaderDelegate.h"
 #include "crawler/Operation.h"
+#include "store/QuillmereDownloaderQueue.h"
 
 #include <QList>
 #include <QSet>
@@ -12,12 +13,18 @@
 #include <atomic>
 #include <memory>
 
+class FetchAhead;
 class Project;
+class RequestPacer;
 class RobotEntry;
 class SynchronizedWebCall;
 
-// The crawler: walks one project's download queue in batches of 100, analyses each page,
-// and reports everything to its delegate on the main thread, waiting for every answer.
+// The crawler: walks one project's download queue in batches of 100, analyses each page in
+// queue order, and reports everything to its delegate, waiting for every answer: on the main
+// thread, or on its own thread for a delegate that shows no window. While one page is
+// analysed the next ones of the batch are fetched (setParallelFetches), and the records of
+// many pages are committed together (at most kEntriesPerCommit entries or
+// kMillisecondsPerCommit).
 class DownloaderOperationLibXML : public Operation {
 public:
     DownloaderOperationLibXML(std::shared_ptr<Project> project, std::shared_ptr<DownloaderDelegate> delegate,
@@ -47,6 +54,19 @@ public:
         return hasDisallowedURLs_ ? &arrayOfDisallowedURLs_ : nullptr;
     }
 
+    // At most this many requests in flight; 1 fetches each page when its turn comes.
+    static constexpr int kDefaultParallelFetches = 4;
+    void setParallelFetches(int count) { parallelFetches_ = count < 1 ? 1 : count; }
+    int parallelFetches() const { return parallelFetches_; }
+    // The cap on requests per second; 0 or less: none. Set before the crawl starts.
+    void setMaxRequestsPerSecond(double rate);
+    double maxRequestsPerSecond() const;
+
+    // A commit groups the work of at most this many queue entries, each entry whole, and
+    // is made at the latest this long after the group's first entry.
+    static constexpr int kEntriesPerCommit = 100;
+    static constexpr qint64 kMillisecondsPerCommit = 250;
+
     static QString firstURLErrorMessage();
     // Set when the crawl database refused a page's writes (disk full, file gone); the walk
     // then stops.
@@ -73,6 +93,7 @@ public:
     void setLinkProgressWithValue(qint32 value, qint32 maxValue);
     void setWaitingQueueCount(qint32 waitingCount, qint32 doneCount);
     void downloadPageWasAbandonedWithURL(const QString& url, qint32 depth);
+    void crawlDidCommit();
 
     // The main-thread halves: unpack the dictionary, call the delegate, store any result back.
     void mainThreadDownloaderDidStart();
@@ -89,6 +110,7 @@ public:
     void mainThreadSetLinkProgressWithMutableDictionnary(QVariantMap& dictionary);
     void mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(QVariantMap& dictionary);
     void mainThreadDownloadPageWasAbandonedWithDictionnary(QVariantMap& dictionary);
+    void mainThreadCrawlDidCommit();
 
     // A redirect target already queued this many times is not queued again: the site
     // redirects in a loop.
@@ -102,6 +124,9 @@ private:
                      QuillmerePagePtr currentPage);
     void performRedirect(const QString& url, qint32 depth);
     void logAnomaly(const QString& entry);
+    QUrl requiredOriginOf(const QString& url) const;
+    QByteArray fetchPage(const QString& url, const QUrl& origin);
+    void fetchAheadFrom(const QList<QuillmereDownloaderQueuePtr>& batch, qsizetype next);
 
     std::atomic<bool> canContinue_{false};
     bool isPossibleFirstURLError_ = false;
@@ -121,6 +146,13 @@ private:
     QSet<QString> redirectTargets_;
     // Set when the page in hand was left unanalysed because the crawl is stopping.
     bool pageAbandoned_ = false;
+    // The delegate takes its calls on this thread (it shows no window).
+    bool direct_ = false;
+    int parallelFetches_ = kDefaultParallelFetches;
+    std::unique_ptr<RequestPacer> pacer_;
+    std::unique_ptr<FetchAhead> fetchAhead_;
+    // Pages this run analysed: not worth fetching ahead again.
+    QSet<QString> analysedURLs_;
     bool queueCountsKnown_ = false;
     qint64 waitingCount_ = 0;
     qint64 doneCount_ = 0;

@@ -29,6 +29,7 @@ public:
     }
     QuillmerePagePtr getPageFromURL(const QString& url) override { return records_->getPageFromURL(url); }
     void downloadPageWasAbandonedWithURL(const QString&, qint32) override { records_->pageWasAbandoned(); }
+    void crawlDidCommit() override { records_->crawlDidCommit(); }
 
 protected:
     void setProject(std::shared_ptr<Project> project) { records_ = std::make_unique<CrawlRecordKeeper>(std::move(project)); }

@@ -134,10 +134,15 @@ TEST(EndToEnd, CreateCrawlStopContinueBrowseAndFilter)
     ASSERT_TRUE(waitUntil([&] { return finished && !app.controller()->isBusy(); }, 15000));
     EXPECT_FALSE(secondProgress->isVisible());
     EXPECT_TRUE(db.waitingUrls().empty());
-    // Continued, not restarted: what the first run read was not read again, but for the
-    // page whose transfer the stop abandoned.
-    for (const char* path : {"/", "/a.html", "/b.html", "/c.html", "/missing.html", "/missing.png"})
+    // Continued, not restarted: what the first run analysed was not read again. The pages
+    // after the stopped one may have been fetched ahead in the first run; those answers were
+    // dropped with the stop and the pages asked for once more.
+    for (const char* path : {"/", "/a.html", "/b.html"})
         EXPECT_EQ(gets(server, path), 1) << path;
+    for (const char* path : {"/c.html", "/missing.html", "/missing.png"}) {
+        EXPECT_GE(gets(server, path), 1) << path;
+        EXPECT_LE(gets(server, path), 2) << path;
+    }
     EXPECT_EQ(gets(server, "/slow.html"), 2);
 
     // The documents list, row for row against the Page table.

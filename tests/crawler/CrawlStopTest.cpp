@@ -37,6 +37,7 @@ protected:
 TEST_P(CrawlStopTest, AStopAbandonsTheHangingTransferAtOnceAndContinueFetchesItAgain)
 {
     operation = DownloaderOperationLibXML::initWithProject(project, delegate);
+    operation->setParallelFetches(parallelFetches);
     auto finished = std::make_shared<std::atomic<bool>>(false);
     operation->setCompletionBlock([finished] { finished->store(true); });
     queue->addOperation(operation);

@@ -125,6 +125,8 @@ public:
         log("downloaderDidEnd");
     }
     void downloaderEndWithError(const QString& error) override { log("downloaderEndWithError(" + s(error) + ")"); }
+    // Not logged: when commits fall depends on the clock.
+    void crawlDidCommit() override { keeper_.crawlDidCommit(); }
     void downloadPageDidStartWithURL(const QString& url, qint32 depth) override
     {
         keeper_.pageDidStart(url, depth);
@@ -665,6 +667,7 @@ protected:
     std::shared_ptr<DownloaderOperationLibXML> crawl()
     {
         operation = DownloaderOperationLibXML::initWithProject(project, delegate);
+        operation->setParallelFetches(parallelFetches);
         EXPECT_TRUE(runOperation(*queue, operation));
         return operation;
     }
@@ -672,6 +675,7 @@ protected:
     std::shared_ptr<DownloaderOperationLibXML> resume()
     {
         operation = DownloaderOperationLibXML::initForContinueWithProject(project, delegate);
+        operation->setParallelFetches(parallelFetches);
         EXPECT_TRUE(runOperation(*queue, operation));
         return operation;
     }
@@ -691,6 +695,9 @@ protected:
     std::unique_ptr<Db> db;
     std::shared_ptr<DownloaderOperationLibXML> operation;
     std::unique_ptr<OperationQueue> queue = std::make_unique<OperationQueue>();
+    // These tests follow each request the crawl makes: one at a time, as each page's turn
+    // comes. The fetching ahead has tests of its own.
+    int parallelFetches = 1;
 };
 
 } // namespace crawltest
