@@ -56,6 +56,9 @@ void useWriteAheadLog(sqlite3* db)
 {
     sqlite3_exec(db, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
     sqlite3_exec(db, "PRAGMA synchronous=NORMAL", nullptr, nullptr, nullptr);
+    // The indexes a crawl looks up for every link stay in memory on a large site instead of
+    // being read again from the file (16 MB at most).
+    sqlite3_exec(db, "PRAGMA cache_size=-16384", nullptr, nullptr, nullptr);
 }
 
 bool removePath(const QString& path)
