@@ -1,5 +1,7 @@
 #include "cli/CommandLine.h"
 
+#include "cli/CliText.h"
+
 namespace {
 const CommandSpec* findSpec(const QList<CommandSpec>& specs, const QString& name)
 {
@@ -24,7 +26,7 @@ bool CommandLine::parse(const QStringList& arguments, const QList<CommandSpec>& 
                 return true;
             }
             if (i + 1 >= arguments.size()) {
-                *error = QStringLiteral("option %1 needs a value").arg(option);
+                *error = CliText::tr("CliErrorOptionNeedsValue").arg(option);
                 return false;
             }
             *out = arguments[++i];
@@ -44,7 +46,7 @@ bool CommandLine::parse(const QStringList& arguments, const QList<CommandSpec>& 
                 if (!takeValue(option, dataDir))
                     return false;
                 if (dataDir->isEmpty()) {
-                    *error = QStringLiteral("option --data-dir needs a directory");
+                    *error = CliText::tr("CliErrorDataDirNeedsDirectory");
                     return false;
                 }
                 continue;
@@ -60,8 +62,8 @@ bool CommandLine::parse(const QStringList& arguments, const QList<CommandSpec>& 
                 parsed->flags.insert(option);
                 continue;
             }
-            *error = spec ? QStringLiteral("unknown option %1 for '%2'").arg(arg, spec->name)
-                          : QStringLiteral("unknown option %1").arg(arg);
+            *error = spec ? CliText::tr("CliErrorUnknownOptionFor").arg(arg, spec->name)
+                          : CliText::tr("CliErrorUnknownOption").arg(arg);
             return false;
         }
         if (!spec) {
@@ -71,7 +73,7 @@ bool CommandLine::parse(const QStringList& arguments, const QList<CommandSpec>& 
                     parsed->help = true;
                     continue;
                 }
-                *error = QStringLiteral("unknown command '%1'").arg(arg);
+                *error = CliText::tr("CliErrorUnknownCommand").arg(arg);
                 return false;
             }
             parsed->command = arg;
@@ -82,11 +84,11 @@ bool CommandLine::parse(const QStringList& arguments, const QList<CommandSpec>& 
     if (parsed->help)
         return true;
     if (!spec) {
-        *error = QStringLiteral("no command given");
+        *error = CliText::tr("CliErrorNoCommand");
         return false;
     }
     if (parsed->operands.size() < spec->minOperands || parsed->operands.size() > spec->maxOperands) {
-        *error = QStringLiteral("usage: quillmere [--data-dir DIR] %1").arg(spec->synopsis);
+        *error = CliText::tr("CliErrorUsage").arg(spec->synopsis);
         return false;
     }
     return true;
@@ -94,19 +96,14 @@ bool CommandLine::parse(const QStringList& arguments, const QList<CommandSpec>& 
 
 QString CommandLine::usage(const QList<CommandSpec>& specs)
 {
-    QString text = QStringLiteral("Usage: quillmere [--data-dir DIR] COMMAND [ARGS...]\n\n"
-                                  "Quillmere crawls one web site per project and audits its pages and links.\n\n"
-                                  "Commands:\n");
+    QString text = CliText::tr("CliUsageIntro");
     for (const auto& s : specs)
         text += QStringLiteral("  %1\n      %2\n").arg(s.synopsis, s.summary);
-    text += QStringLiteral("\nOptions:\n"
-                           "  --data-dir DIR   keep the projects in DIR (default: $QUILLMERE_DATA_DIR, else\n"
-                           "                   $XDG_DATA_HOME/org.quillmere.Quillmere)\n"
-                           "  -h, --help       show this help, or a command's help after its name\n");
+    text += CliText::tr("CliUsageOptions");
     return text;
 }
 
 QString CommandLine::commandHelp(const CommandSpec& spec)
 {
-    return QStringLiteral("Usage: quillmere [--data-dir DIR] %1\n\n%2\n%3").arg(spec.synopsis, spec.summary, spec.details);
+    return CliText::tr("CliCommandHelp").arg(spec.synopsis, spec.summary, spec.details);
 }

@@ -1,6 +1,7 @@
 #include "cli/CrawlCommands.h"
 
 #include "cli/CliCrawlController.h"
+#include "cli/CliText.h"
 #include "cli/CrawlAudit.h"
 #include "cli/ProjectAccess.h"
 #include "cli/ProjectCommands.h"
@@ -45,6 +46,12 @@ QString askOnTerminal(const QString& question)
     return in.readLine().trimmed().toLower();
 }
 
+// Whether an answer is one of the words a key lists ("y,yes"): those of the language asked in.
+bool answerIs(const QString& answer, const char* key)
+{
+    return !answer.isEmpty() && CliText::tr(key).split(QLatin1Char(',')).contains(answer);
+}
+
 // The window's start alerts, as flags or, on a terminal, as a question.
 Choice decide(CliContext& context, const ProjectPtr& project, int* status)
 {
@@ -52,7 +59,7 @@ Choice decide(CliContext& context, const ProjectPtr& project, int* status)
     const bool wantRestart = context.command.flags.contains(QStringLiteral("--restart"));
     *status = ExitOk;
     if (wantContinue && wantRestart) {
-        *status = failWith(ExitUsage, QStringLiteral("--continue and --restart exclude each other"));
+        *status = failWith(ExitUsage, CliText::tr("CliErrorContinueRestart"));
         return Choice::Decline;
     }
     qint64 waiting = 0;
@@ -64,23 +71,17 @@ Choice decide(CliContext& context, const ProjectPtr& project, int* status)
         if (wantRestart)
             return Choice::Restart;
         if (wantContinue) {
-            *status = failWith(ExitUsage, QStringLiteral("the last crawl of '%1' finished: nothing waits in its queue; "
-                                                         "use --restart to crawl it again from scratch")
-                                              .arg(project->name()));
+            *status = failWith(ExitUsage, CliText::tr("CliErrorFinishedContinue").arg(project->name()));
             return Choice::Decline;
         }
         if (terminal) {
-            const QString answer = askOnTerminal(QStringLiteral("'%1' was crawled already and nothing waits in its queue. "
-                                                                "Restart from scratch? [y/N]")
-                                                     .arg(project->name()));
-            if (answer == QLatin1String("y") || answer == QLatin1String("yes"))
+            const QString answer = askOnTerminal(CliText::tr("CliAskRestart").arg(project->name()));
+            if (answerIs(answer, "CliAnswersYes"))
                 return Choice::Restart;
-            *status = failWith(ExitFailure, QStringLiteral("crawl not started"));
+            *status = failWith(ExitFailure, CliText::tr("CliCrawlNotStarted"));
             return Choice::Decline;
         }
-        *status = failWith(ExitUsage, QStringLiteral("'%1' was crawled already and nothing waits in its queue; "
-                                                     "use --restart to crawl it again from scratch")
-                                          .arg(project->name()));
+        *status = failWith(ExitUsage, CliText::tr("CliErrorAlreadyCrawled").arg(project->name()));
         return Choice::Decline;
     }
     if (wantContinue)
@@ -88,19 +89,17 @@ Choice decide(CliContext& context, const ProjectPtr& project, int* status)
     if (wantRestart)
         return Choice::Restart;
     if (terminal) {
-        const QString answer = askOnTerminal(QStringLiteral("'%1' has %2 URLs waiting from an earlier crawl. "
-                                                            "[c]ontinue, [r]estart from scratch or [q]uit?")
+        const QString answer = askOnTerminal(CliText::tr("CliAskWaiting")
                                                  .arg(project->name())
                                                  .arg(waiting));
-        if (answer == QLatin1String("c") || answer == QLatin1String("continue"))
+        if (answerIs(answer, "CliAnswersContinue"))
             return Choice::Continue;
-        if (answer == QLatin1String("r") || answer == QLatin1String("restart"))
+        if (answerIs(answer, "CliAnswersRestart"))
             return Choice::Restart;
-        *status = failWith(ExitFailure, QStringLiteral("crawl not started"));
+        *status = failWith(ExitFailure, CliText::tr("CliCrawlNotStarted"));
         return Choice::Decline;
     }
-    *status = failWith(ExitUsage, QStringLiteral("'%1' has %2 URLs waiting from an earlier crawl; "
-                                                 "use --continue to go on with them or --restart to start from scratch")
+    *status = failWith(ExitUsage, CliText::tr("CliErrorWaiting")
                                       .arg(project->name())
                                       .arg(waiting));
     return Choice::Decline;
@@ -114,9 +113,8 @@ int finalStatus(const ProjectPtr& project, const ReportCommands::CrawlRunFigures
         QStorageInfo disk(QFileInfo(file).absolutePath());
         const bool full = disk.isValid() && disk.bytesAvailable() < 1024 * 1024;
         return failWith(ExitFailure,
-                        QStringLiteral("the crawl database %1 could not be written (%2)%3; the crawl stopped, "
-                                       "'crawl %4 --continue' goes on from the last page saved")
-                            .arg(file, databaseError, full ? QStringLiteral(": the disk is full") : QString(), project->name()));
+                        CliText::tr("CliErrorCrawlDatabaseNotWritten")
+                            .arg(file, databaseError, full ? CliText::tr("CliDiskFull") : QString(), project->name()));
     }
     if (figures.stopped)
         return ExitInterrupted;
@@ -132,30 +130,13 @@ QList<CommandSpec> specs()
 {
     return {
         {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S] [--fail-on-broken] [--parallel N] [--max-rate R]"),
-         QStringLiteral("crawl a project's site, then print the report"),
-         QStringLiteral("A project crawled before has pages: --continue goes on with the URLs still waiting, --restart\n"
-                        "empties the database and starts again (on a terminal without either, you are asked).\n"
-                        "  --timeout S  seconds a transfer may stay silent before it fails (default 1000)\n"
-                        "  --fail-on-broken  exit with status 4 when the crawl found broken internal links (links\n"
-                        "               whose target answered 4xx or 5xx or could not be fetched; see 'broken NAME')\n"
-                        "  --parallel N requests in flight at most (default 4): the next pages of the queue are\n"
-                        "               fetched while one is analysed; pages are still analysed in queue order\n"
-                        "               and the database is the same; 1 asks for one page at a time\n"
-                        "  --max-rate R requests per second at most (default: no cap)\n"
-                        "A busy server's 429 or 503 with a Retry-After of up to 60 s is waited for and asked\n"
-                        "again (3 times at most).\n"
-                        "Ctrl-C stops within a second; a page still downloading stays in the queue, nothing is\n"
-                        "lost and the crawl can be continued.\n"
-                        "Exit status: 0 done, 2 bad input, 3 the site's links do not match the project URL\n"
-                        "(http/https or www.), 4 broken internal links (with --fail-on-broken), 6 another process\n"
-                        "is crawling, vacuuming or deleting the project, 130 stopped.\n"),
+         CliText::tr("CliCrawlSummary"), CliText::tr("CliCrawlDetails"),
          1, 1, {QStringLiteral("--timeout"), QStringLiteral("--parallel"), QStringLiteral("--max-rate")},
          {QStringLiteral("--continue"), QStringLiteral("--restart"), QStringLiteral("--fail-on-broken")}},
         {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME]"),
-         QStringLiteral("make a project for URL and crawl it once, without limits and without the vacuum"),
-         QStringLiteral("  --name NAME  the project's name (default: the URL's host)\n"), 1, 1, {QStringLiteral("--name")}, {}},
+         CliText::tr("CliCrawlURLSummary"), CliText::tr("CliCrawlURLDetails"), 1, 1, {QStringLiteral("--name")}, {}},
         {QStringLiteral("vacuum"), QStringLiteral("vacuum NAME"),
-         QStringLiteral("take the links to non-HTML resources off the pages' links-sent counts (again)"), QString(), 1, 1,
+         CliText::tr("CliVacuumSummary"), QString(), 1, 1,
          {}, {}},
     };
 }
@@ -200,12 +181,16 @@ int runCrawl(CliContext& context)
         bool ok = false;
         settings.transferTimeout = context.command.values.value(QStringLiteral("--timeout")).toDouble(&ok);
         if (!ok || !(settings.transferTimeout > 0) || settings.transferTimeout > 1e6)
-            return failWith(ExitUsage, QStringLiteral("--timeout wants a number of seconds above 0"));
+            return failWith(ExitUsage, CliText::tr("CliErrorBadTimeout"));
     }
+    // The settings judge the values; the message is said in the command line's language.
+    const QString parallel = context.command.values.value(QStringLiteral("--parallel"));
+    const QString maxRate = context.command.values.value(QStringLiteral("--max-rate"));
     QString why;
-    if (!settings.parse(context.command.values.value(QStringLiteral("--parallel")),
-                        context.command.values.value(QStringLiteral("--max-rate")), &why))
-        return failWith(ExitUsage, why);
+    if (!CrawlSettings().parse(parallel, QString(), &why))
+        return failWith(ExitUsage, CliText::tr("CliErrorBadParallel"));
+    if (!settings.parse(parallel, maxRate, &why))
+        return failWith(ExitUsage, CliText::tr("CliErrorBadMaxRate"));
     int status = ExitOk;
     ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
     if (!project)
@@ -238,7 +223,7 @@ int runCrawlURL(CliContext& context)
     if (!manager->managedObjectContext())
         return ExitUsage;
     if (Project::getProjectWithName(name))
-        return failWith(ExitUsage, QStringLiteral("a project named '%1' exists already; choose another with --name").arg(name));
+        return failWith(ExitUsage, CliText::tr("CliErrorProjectExistsChooseName").arg(name));
     int status = ExitOk;
     const auto lock = ProjectLocking::take(name, manager->fullSQLite3FileNameWithProjectName(name + QStringLiteral(".sqlite")),
                                            QStringLiteral("crawl-url"), &status);
@@ -252,7 +237,7 @@ int runCrawlURL(CliContext& context)
         driver->launchTestWithURL(url, name);
         project = driver->project();
         if (!project || !driver->downloaderOperation())
-            return failWith(ExitUsage, QStringLiteral("cannot create the project '%1'").arg(name));
+            return failWith(ExitUsage, CliText::tr("CliErrorCannotCreateProject").arg(name));
         QEventLoop loop;
         QElapsedTimer timer;
         timer.start();
@@ -299,7 +284,7 @@ int runVacuum(CliContext& context)
     }
     if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Write))
         return failed;
-    printOut(QStringLiteral("Vacuumed '%1': %2 non-HTML pages taken off the links-sent counts of the pages linking to them\n")
+    printOut(CliText::tr("CliVacuumed")
                  .arg(project->name())
                  .arg(cleaned));
     return ExitOk;

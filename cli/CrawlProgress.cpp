@@ -1,5 +1,7 @@
 #include "cli/CrawlProgress.h"
 
+#include "cli/CliText.h"
+
 #include <cstdio>
 
 #include <sys/ioctl.h>
@@ -31,7 +33,7 @@ void CrawlProgress::queue(qint64 waiting, qint64 done)
 
 void CrawlProgress::vacuum(qint32 index, qint32 count)
 {
-    phase_ = QStringLiteral("vacuum %1/%2").arg(index + 1).arg(count);
+    phase_ = CliText::tr("CliProgressVacuum").arg(index + 1).arg(count);
     draw(index + 1 == count);
 }
 
@@ -61,7 +63,7 @@ void CrawlProgress::draw(bool force)
         return;
     sinceDraw_.restart();
     const qint64 total = waiting_ + done_;
-    QString text = QStringLiteral("%1 pages  depth %2  queue %3 waiting / %4 total")
+    QString text = CliText::tr("CliProgressLine")
                        .arg(pages_)
                        .arg(depth_)
                        .arg(waiting_)
@@ -78,7 +80,7 @@ void CrawlProgress::draw(bool force)
     const int barWidth = 16;
     const int filled = total > 0 ? int(barWidth * done_ / total) : 0;
     QString line = QStringLiteral("[") + QString(filled, QLatin1Char('#')) + QString(barWidth - filled, QLatin1Char('.'))
-                   + QStringLiteral("] %1 pages  depth %2  %3 waiting/%4").arg(pages_).arg(depth_).arg(waiting_).arg(total);
+                   + QStringLiteral("] ") + CliText::tr("CliProgressBar").arg(pages_).arg(depth_).arg(waiting_).arg(total);
     const QString tail = phase_.isEmpty() ? url_ : phase_;
     const int room = width_ - 1 - int(line.size()) - 2;
     if (room > 8 && !tail.isEmpty())

@@ -45,7 +45,7 @@ int run(CliContext& context)
 
     ProjectPtr project = DemoProject::recreate(url);
     if (!project)
-        return failWith(ExitUsage, QStringLiteral("cannot create the project 'demo' in %1").arg(manager->applicationFilesDirectory()));
+        return failWith(ExitUsage, CliText::tr("CliErrorCannotCreateDemo").arg(manager->applicationFilesDirectory()));
     status = CrawlCommands::crawlAndReport(project);
     server.stop();
     return status;

@@ -1,5 +1,6 @@
 #include "cli/NewProjectFiles.h"
 
+#include "cli/CliText.h"
 #include "store/DataModelManager.h"
 #include "store/DatabaseFileCheck.h"
 #include "store/Project.h"
@@ -37,7 +38,7 @@ bool usable(Project& project, const DataModelManager& manager, QString* file, QS
     *file = project.full_sqlite_name();
     sqlite3* db = project.sqlite3Database();
     if (!db) {
-        *why = QStringLiteral("it cannot be opened");
+        *why = CliText::tr("CliFilesCannotOpen");
         return false;
     }
     QString missing;
@@ -47,12 +48,11 @@ bool usable(Project& project, const DataModelManager& manager, QString* file, QS
         const long longest = pathconf(QFile::encodeName(info.absolutePath()).constData(), _PC_NAME_MAX);
         const qsizetype journal = QFile::encodeName(info.fileName() + QStringLiteral("-journal")).size();
         if (longest > 0 && journal > longest)
-            *why = QStringLiteral("the name is too long: the database's journal would need a file name of %1 bytes, "
-                                  "the file system allows %2")
+            *why = CliText::tr("CliFilesNameTooLong")
                        .arg(journal)
                        .arg(longest);
         else
-            *why = QStringLiteral("its tables could not be created");
+            *why = CliText::tr("CliFilesNoTables");
         return false;
     }
     for (const QString& log : {manager.fullLogErrorsFileNameWithProjectName(project.name()),

@@ -1,5 +1,6 @@
 #include "cli/ProjectAccess.h"
 
+#include "cli/CliText.h"
 #include "store/DataModelManager.h"
 #include "store/DatabaseFileCheck.h"
 #include "store/Project.h"
@@ -16,7 +17,7 @@ namespace ProjectAccess {
 namespace {
 QString damagedDatabase(const QString& name, const QString& file, const QString& why)
 {
-    return QStringLiteral("the crawl database of '%1' is damaged (%2): %3").arg(name, file, why);
+    return CliText::tr("CliErrorDamagedDatabase").arg(name, file, why);
 }
 
 bool directoryIsWritable(const QString& directory)
@@ -34,27 +35,27 @@ std::shared_ptr<Project> open(CliContext& context, const QString& name, Need nee
         return nullptr;
     ProjectPtr project = Project::getProjectWithName(name);
     if (!project) {
-        failWith(ExitUsage, QStringLiteral("no project named '%1' (see 'quillmere projects')").arg(name));
+        failWith(ExitUsage, CliText::tr("CliErrorNoProjectSee").arg(name));
         return nullptr;
     }
     if (!filesStayInDataDirectory(context, *project, status))
         return nullptr;
     const QString directory = manager->applicationFilesDirectory();
     if (need == Need::Write && !directoryIsWritable(directory)) {
-        failWith(ExitUsage, QStringLiteral("the data directory %1 cannot be written").arg(directory));
+        failWith(ExitUsage, CliText::tr("CliErrorDataDirNotWritable").arg(directory));
         return nullptr;
     }
     const QString file = project->full_sqlite_name();
     if (need == Need::Read && !QFileInfo::exists(file)) {
-        failWith(ExitUsage, QStringLiteral("the crawl database of '%1' is missing (%2)").arg(name, file));
+        failWith(ExitUsage, CliText::tr("CliErrorDatabaseMissing").arg(name, file));
         return nullptr;
     }
     sqlite3* db = project->sqlite3Database();
     QString why;
     if (!db || !DatabaseFileCheck::hasCrawlTables(db, &why)) {
         project->closeSQLiteDatabase();
-        failWith(ExitUsage, QStringLiteral("the crawl database of '%1' cannot be read (%2): %3")
-                                .arg(name, file, why.isEmpty() ? QStringLiteral("unable to open it") : why));
+        failWith(ExitUsage, CliText::tr("CliErrorDatabaseCannotBeRead")
+                                .arg(name, file, why.isEmpty() ? CliText::tr("CliErrorUnableToOpen") : why));
         return nullptr;
     }
     // Damaged pages behind a sound header would otherwise show as missing rows, half through
@@ -62,7 +63,7 @@ std::shared_ptr<Project> open(CliContext& context, const QString& name, Need nee
     if (!DatabaseFileCheck::quickCheck(db, &why)) {
         const bool busy = DatabaseFileCheck::isBusy(sqlite3_errcode(db));
         project->closeSQLiteDatabase();
-        failWith(ExitUsage, busy ? QStringLiteral("the crawl database of '%1' cannot be read (%2): %3").arg(name, file, why)
+        failWith(ExitUsage, busy ? CliText::tr("CliErrorDatabaseCannotBeRead").arg(name, file, why)
                                  : damagedDatabase(name, file, why));
         return nullptr;
     }
@@ -76,8 +77,7 @@ bool filesStayInDataDirectory(CliContext& context, const Project& project, int* 
     const QString escaping = ProjectFilePaths::escapingPath(*manager, project);
     if (escaping.isNull())
         return true;
-    *status = failWith(ExitUsage, QStringLiteral("the project registry %1 is damaged: the files of the project '%2' would "
-                                                 "lie outside the data directory %3 (%4); nothing was done")
+    *status = failWith(ExitUsage, CliText::tr("CliErrorFilesOutsideDataDir")
                                       .arg(manager->storeFilePath(), project.name(),
                                            manager->applicationFilesDirectory(), escaping));
     return false;
@@ -93,9 +93,9 @@ int databaseFailureStatus(const std::shared_ptr<Project>& project, Need need)
     if (DatabaseFileCheck::isDamage(code))
         return failWith(ExitUsage, damagedDatabase(project->name(), file, wrapper->stepFailureMessage()));
     if (need == Need::Write)
-        return failWith(ExitFailure, QStringLiteral("the crawl database of '%1' could not be written (%2): %3")
+        return failWith(ExitFailure, CliText::tr("CliErrorDatabaseNotWritten")
                                          .arg(project->name(), file, wrapper->stepFailureMessage()));
-    return failWith(ExitUsage, QStringLiteral("the crawl database of '%1' cannot be read (%2): %3")
+    return failWith(ExitUsage, CliText::tr("CliErrorDatabaseCannotBeRead")
                                    .arg(project->name(), file, wrapper->stepFailureMessage()));
 }
 

@@ -1,5 +1,6 @@
 #include "cli/ProjectCommands.h"
 
+#include "cli/CliText.h"
 #include "cli/NewProjectFiles.h"
 #include "cli/ProjectAccess.h"
 #include "cli/ProjectLocking.h"
@@ -19,19 +20,13 @@ QList<CommandSpec> specs()
 {
     return {
         {QStringLiteral("new"), QStringLiteral("new NAME URL [--depth N] [--pages N]"),
-         QStringLiteral("create a project for the site at URL"),
-         QStringLiteral("The URL must be http or https; surrounding blanks and one trailing \"/\" are dropped.\n"
-                        "  --depth N   stop after the first page deeper than N: the start page is depth 1, and the\n"
-                        "              limit lets one page past it be analysed (default: no limit)\n"
-                        "  --pages N   stop after the first page past N pages (default: no limit)\n"),
+         CliText::tr("CliNewSummary"), CliText::tr("CliNewDetails"),
          2, 2, {QStringLiteral("--depth"), QStringLiteral("--pages")}, {}},
         {QStringLiteral("projects"), QStringLiteral("projects"),
-         QStringLiteral("list the projects, oldest first"),
-         QStringLiteral("Columns: name, URL, creation date, depth and page limits, pages and depth of the last crawl.\n"),
+         CliText::tr("CliProjectsSummary"), CliText::tr("CliProjectsDetails"),
          0, 0, {}, {}},
         {QStringLiteral("delete"), QStringLiteral("delete NAME"),
-         QStringLiteral("delete a project with its database and logs"),
-         QStringLiteral("A project that another process is crawling or vacuuming is not deleted (exit status 6).\n"), 1, 1,
+         CliText::tr("CliDeleteSummary"), CliText::tr("CliDeleteDetails"), 1, 1,
          {}, {}},
     };
 }
@@ -39,15 +34,15 @@ QList<CommandSpec> specs()
 bool isUsableProjectName(const QString& name, QString* why)
 {
     if (name.trimmed().isEmpty()) {
-        *why = QStringLiteral("the project name is empty");
+        *why = CliText::tr("CliErrorEmptyProjectName");
         return false;
     }
     if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')) || name.contains(QChar(0))) {
-        *why = QStringLiteral("the project name '%1' holds a path separator").arg(name);
+        *why = CliText::tr("CliErrorNameHasSeparator").arg(name);
         return false;
     }
     if (name == QLatin1String(".") || name == QLatin1String("..")) {
-        *why = QStringLiteral("the project name '%1' is not a file name").arg(name);
+        *why = CliText::tr("CliErrorNameNotFileName").arg(name);
         return false;
     }
     return true;
@@ -56,17 +51,17 @@ bool isUsableProjectName(const QString& name, QString* why)
 bool isCrawlableURL(const QString& url, QString* why)
 {
     if (url.isEmpty()) {
-        *why = QStringLiteral("the URL is empty");
+        *why = CliText::tr("CliErrorEmptyURL");
         return false;
     }
     const QUrl parsed(url, QUrl::StrictMode);
     const QString scheme = parsed.scheme().toLower();
     if (!parsed.isValid() || (scheme != QLatin1String("http") && scheme != QLatin1String("https"))) {
-        *why = QStringLiteral("'%1' is not an http or https URL").arg(url);
+        *why = CliText::tr("CliErrorNotHttpURL").arg(url);
         return false;
     }
     if (parsed.host().isEmpty()) {
-        *why = QStringLiteral("the URL '%1' names no host").arg(url);
+        *why = CliText::tr("CliErrorURLNoHost").arg(url);
         return false;
     }
     return true;
@@ -77,7 +72,7 @@ bool parseLimit(const QString& text, qint32* value, QString* why)
     bool ok = false;
     const int n = text.trimmed().toInt(&ok);
     if (!ok || n < -1) {
-        *why = QStringLiteral("'%1' is not a limit (a whole number, -1 for none)").arg(text);
+        *why = CliText::tr("CliErrorBadLimit").arg(text);
         return false;
     }
     *value = n;
@@ -105,7 +100,7 @@ int runNew(CliContext& context)
     if (!manager->managedObjectContext())
         return ExitUsage;  // the store error has been shown
     if (Project::getProjectWithName(name))
-        return failWith(ExitUsage, QStringLiteral("a project named '%1' exists already").arg(name));
+        return failWith(ExitUsage, CliText::tr("CliErrorProjectExists").arg(name));
 
     // A database file left by an earlier project of that name is taken over, as it always was;
     // only a file made here is removed again.
@@ -116,7 +111,7 @@ int runNew(CliContext& context)
             project->closeSQLiteDatabase();
             manager->managedObjectContext()->rollback();
         }
-        return failWith(ExitUsage, QStringLiteral("cannot create the crawl database of '%1' in %2")
+        return failWith(ExitUsage, CliText::tr("CliErrorCannotCreateDatabase")
                                        .arg(name, manager->applicationFilesDirectory()));
     }
     QString file;
@@ -125,19 +120,19 @@ int runNew(CliContext& context)
         if (!databaseWasThere)
             project->deleteSQLiteDatabase();
         manager->managedObjectContext()->rollback();
-        return failWith(ExitUsage, QStringLiteral("cannot create the files of the project '%1' in %2: %3 (%4)")
+        return failWith(ExitUsage, CliText::tr("CliErrorCannotCreateFiles")
                                        .arg(name, manager->applicationFilesDirectory(), why, file));
     }
     if (!manager->saveContext()) {
         project->closeSQLiteDatabase();
         project->deleteSQLiteDatabase();
-        return failWith(ExitUsage, QStringLiteral("cannot save the project registry in %1")
+        return failWith(ExitUsage, CliText::tr("CliErrorCannotSaveRegistry")
                                        .arg(manager->applicationFilesDirectory()));
     }
     project->closeSQLiteDatabase();
-    printOut(QStringLiteral("Created project '%1' for %2 (depth limit %3, page limit %4)\n")
-                 .arg(name, url, depth == -1 ? QStringLiteral("none") : QString::number(depth),
-                      pages == -1 ? QStringLiteral("none") : QString::number(pages)));
+    printOut(CliText::tr("CliNewCreated")
+                 .arg(name, url, depth == -1 ? CliText::tr("CliLimitNone") : QString::number(depth),
+                      pages == -1 ? CliText::tr("CliLimitNone") : QString::number(pages)));
     return ExitOk;
 }
 
@@ -158,17 +153,16 @@ int runProjects(CliContext& context)
         DataModelManager* manager = context.appDelegate->dataModelManager();
         AppError error;
         if (manager->managedObjectContext()->countForFetchRequest(FetchRequest{}, &error) == ManagedObjectContext::NotFound)
-            return failWith(ExitUsage, QStringLiteral("the project registry %1 %2: %3")
-                                           .arg(manager->storeFilePath(),
-                                                DatabaseFileCheck::isDamage(error.code) ? QStringLiteral("is damaged")
-                                                                                        : QStringLiteral("cannot be read"),
-                                                error.localizedFailureReason));
-        printOut(QStringLiteral("No projects.\n"));
+            return failWith(ExitUsage, CliText::tr(DatabaseFileCheck::isDamage(error.code) ? "CliErrorRegistryDamaged"
+                                                                                           : "CliErrorRegistryCannotBeRead")
+                                           .arg(manager->storeFilePath(), error.localizedFailureReason));
+        printOut(CliText::tr("CliNoProjects"));
         return ExitOk;
     }
-    QList<QStringList> rows{{QStringLiteral("NAME"), QStringLiteral("URL"), QStringLiteral("CREATED"),
-                             QStringLiteral("DEPTH LIMIT"), QStringLiteral("PAGE LIMIT"), QStringLiteral("PAGES"),
-                             QStringLiteral("DEPTH")}};
+    QList<QStringList> rows{{CliText::tr("CliProjectsColumnName"), CliText::tr("CliProjectsColumnURL"),
+                             CliText::tr("CliProjectsColumnCreated"), CliText::tr("CliProjectsColumnDepthLimit"),
+                             CliText::tr("CliProjectsColumnPageLimit"), CliText::tr("CliProjectsColumnPages"),
+                             CliText::tr("CliProjectsColumnDepth")}};
     for (const auto& p : projects) {
         rows.append({p->name(), p->url(), DateFormatter::stringFromDate(p->creation_date()), limitText(p->limit_depth()),
                      limitText(p->limit_page_count()), QString::number(p->pages_count()),
@@ -195,7 +189,7 @@ int runDelete(CliContext& context)
         return ExitUsage;
     ProjectPtr project = Project::getProjectWithName(name);
     if (!project)
-        return failWith(ExitUsage, QStringLiteral("no project named '%1'").arg(name));
+        return failWith(ExitUsage, CliText::tr("CliErrorNoProject").arg(name));
     if (int refused = ExitOk; !ProjectAccess::filesStayInDataDirectory(context, *project, &refused))
         return refused;
     // Held until the files are gone; letting it go removes the lock file too.
@@ -206,9 +200,9 @@ int runDelete(CliContext& context)
     project->closeSQLiteDatabase();
     Project::deleteProjectWithName(name);
     if (Project::getProjectWithName(name) == project)
-        return failWith(ExitFailure, QStringLiteral("cannot save the project registry in %1")
+        return failWith(ExitFailure, CliText::tr("CliErrorCannotSaveRegistry")
                                          .arg(manager->applicationFilesDirectory()));
-    printOut(QStringLiteral("Deleted project '%1'\n").arg(name));
+    printOut(CliText::tr("CliDeleted").arg(name));
     return ExitOk;
 }
 

@@ -1,6 +1,7 @@
 #include "cli/ProjectLocking.h"
 
 #include "cli/CliContext.h"
+#include "cli/CliText.h"
 #include "store/ProjectLock.h"
 
 namespace ProjectLocking {
@@ -8,10 +9,10 @@ namespace ProjectLocking {
 QString describeOwner(qint64 processId, const QString& purpose)
 {
     if (processId <= 0)
-        return QStringLiteral("another process");
+        return CliText::tr("CliOwnerAnotherProcess");
     if (purpose.isEmpty())
-        return QStringLiteral("process %1").arg(processId);
-    return QStringLiteral("process %1 (%2)").arg(processId).arg(purpose);
+        return CliText::tr("CliOwnerProcess").arg(processId);
+    return CliText::tr("CliOwnerProcessFor").arg(processId).arg(purpose);
 }
 
 std::unique_ptr<ProjectLock> take(const QString& projectName, const QString& databasePath, const QString& purpose,
@@ -24,13 +25,13 @@ std::unique_ptr<ProjectLock> take(const QString& projectName, const QString& dat
         return lock;
     case ProjectLock::Result::Busy:
         *status = failWith(ExitProjectInUse,
-                           QStringLiteral("the project '%1' is in use by %2; try again once it has finished")
+                           CliText::tr("CliErrorProjectInUse")
                                .arg(projectName, describeOwner(lock->ownerProcessId(), lock->ownerPurpose())));
         return nullptr;
     case ProjectLock::Result::Failed:
         break;
     }
-    *status = failWith(ExitUsage, QStringLiteral("cannot lock the project '%1' (%2): %3")
+    *status = failWith(ExitUsage, CliText::tr("CliErrorCannotLock")
                                       .arg(projectName, lock->path(), lock->errorString()));
     return nullptr;
 }

@@ -65,7 +65,7 @@ int main(int argc, char** argv)
     QString dataDir, error;
     if (!CommandLine::parse(QCoreApplication::arguments(), specs, &dataDir, &context.command, &error)) {
         failWith(ExitUsage, error);
-        std::fprintf(stderr, "Try 'quillmere --help'.\n");
+        std::fprintf(stderr, "%s\n", qPrintable(CliText::tr("CliTryHelp")));
         return ExitUsage;
     }
     if (context.command.help) {

@@ -1,5 +1,7 @@
 #include "store/CrawlDatabaseCheck.h"
 
+#include "store/StringTable.h"
+
 #include <QHash>
 
 #include <sqlite3.h>
@@ -29,6 +31,11 @@ const char* const kEntriesOfPage =
 
 } // namespace
 
+QString CrawlDatabaseCheck::tr(const char* key) const
+{
+    return texts_.text(key);
+}
+
 void CrawlDatabaseCheck::setProjectCounters(qint32 pagesCount, qint32 maxDepth)
 {
     hasCounters_ = true;
@@ -53,7 +60,7 @@ bool CrawlDatabaseCheck::forEachRow(const char* sql, Rule* rule, const std::func
 {
     sqlite3_stmt* stmt = nullptr;
     if (sqlite3_prepare_v2(db_, sql, -1, &stmt, nullptr) != SQLITE_OK) {
-        addProblem(rule, QStringLiteral("cannot be read: %1").arg(QString::fromUtf8(sqlite3_errmsg(db_))));
+        addProblem(rule, tr("CheckCannotRead").arg(QString::fromUtf8(sqlite3_errmsg(db_))));
         sqlite3_finalize(stmt);
         return false;
     }
@@ -62,7 +69,7 @@ bool CrawlDatabaseCheck::forEachRow(const char* sql, Rule* rule, const std::func
         addProblem(rule, row(stmt));
     const bool done = rc == SQLITE_DONE;
     if (!done)
-        addProblem(rule, QStringLiteral("cannot be read: %1").arg(QString::fromUtf8(sqlite3_errmsg(db_))));
+        addProblem(rule, tr("CheckCannotRead").arg(QString::fromUtf8(sqlite3_errmsg(db_))));
     sqlite3_finalize(stmt);
     return done;
 }
@@ -89,7 +96,7 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::integrity() const
         for (const QString& answer : answers)
             addProblem(&rule, answer);
     }
-    rule.title = QStringLiteral("integrity: the library's own check of the file (pragma integrity_check)");
+    rule.title = tr("CheckIntegrityTitle");
     return rule;
 }
 
@@ -100,12 +107,11 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::linksReceived() const
     forEachRow("select url, in_link_count, received from (select P.idt, P.url, P.in_link_count, "
                "(select count(*) from Links L where L.idt_page = P.idt) as received from Page P) "
                "where in_link_count is not received order by idt",
-               &rule, [](sqlite3_stmt* stmt) {
-                   return QStringLiteral("%1: in_link_count %2, but %3 Links rows point to it")
+               &rule, [this](sqlite3_stmt* stmt) {
+                   return tr("CheckLinksReceivedProblem")
                        .arg(text(stmt, 0), text(stmt, 1), text(stmt, 2));
                });
-    rule.title = QStringLiteral("links received: each page's in_link_count equals the Links rows that point to it "
-                                "(%1 pages)").arg(pages);
+    rule.title = tr("CheckLinksReceivedTitle").arg(pages);
     return rule;
 }
 
@@ -113,14 +119,13 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::onePagePerURL() const
 {
     Rule rule;
     const qint64 pages = count("select count(*) from Page", &rule);
-    forEachRow("select url, count(*) from Page group by url having count(*) > 1", &rule, [](sqlite3_stmt* stmt) {
-        return QStringLiteral("%1: %2 Page rows").arg(text(stmt, 0), text(stmt, 1));
+    forEachRow("select url, count(*) from Page group by url having count(*) > 1", &rule, [this](sqlite3_stmt* stmt) {
+        return tr("CheckDuplicateURLProblem").arg(text(stmt, 0), text(stmt, 1));
     });
-    forEachRow("select a.url, b.url from Page a join Page b on b.url = a.url || '/'", &rule, [](sqlite3_stmt* stmt) {
-        return QStringLiteral("%1 and %2: two Page rows for one page").arg(text(stmt, 0), text(stmt, 1));
+    forEachRow("select a.url, b.url from Page a join Page b on b.url = a.url || '/'", &rule, [this](sqlite3_stmt* stmt) {
+        return tr("CheckSlashTwinProblem").arg(text(stmt, 0), text(stmt, 1));
     });
-    rule.title = QStringLiteral("one page per URL: no two Page rows for one URL, nor for one URL with and without "
-                                "its trailing \"/\" (%1 pages)").arg(pages);
+    rule.title = tr("CheckOnePagePerURLTitle").arg(pages);
     return rule;
 }
 
@@ -131,12 +136,11 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::linksBetweenPages() const
     forEachRow("select idt_source, idt_page, anchor from Links L "
                "where not exists (select 1 from Page P where P.idt = L.idt_page) "
                "or not exists (select 1 from Page P where P.idt = L.idt_source)",
-               &rule, [](sqlite3_stmt* stmt) {
-                   return QStringLiteral("link from page %1 to page %2 (\"%3\"): one of them is not a Page row")
+               &rule, [this](sqlite3_stmt* stmt) {
+                   return tr("CheckDanglingLinkProblem")
                        .arg(text(stmt, 0), text(stmt, 1), text(stmt, 2));
                });
-    rule.title = QStringLiteral("links between pages: each Links row's source and target are Page rows (%1 links)")
-                     .arg(links);
+    rule.title = tr("CheckLinksBetweenPagesTitle").arg(links);
     return rule;
 }
 
@@ -150,11 +154,10 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::analysedPagesAreDone() const
     const QByteArray sql = QByteArray("select P.url from Page P where P.title <> '' and not exists (select 1 from "
                                       "DownloaderQueue Q where +Q.perform_done = 1 and Q.url in ")
                            + kEntriesOfPage + ") order by P.idt";
-    forEachRow(sql.constData(), &rule, [](sqlite3_stmt* stmt) {
-        return QStringLiteral("%1: analysed, but no queue entry for it is marked done").arg(text(stmt, 0));
+    forEachRow(sql.constData(), &rule, [this](sqlite3_stmt* stmt) {
+        return tr("CheckAnalysedNotDoneProblem").arg(text(stmt, 0));
     });
-    rule.title = QStringLiteral("analysed pages: each page with a title has its queue entry marked done (%1 pages)")
-                     .arg(analysed);
+    rule.title = tr("CheckAnalysedPagesTitle").arg(analysed);
     return rule;
 }
 
@@ -196,11 +199,9 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::doneEntriesWereReached() const
                 ++redirects;
                 return QString();
             }
-            return QStringLiteral("%1: marked done, but neither its page nor its answer was recorded, and nothing "
-                                  "was queued after it").arg(text(stmt, 1));
+            return tr("CheckDoneNotReachedProblem").arg(text(stmt, 1));
         });
-    rule.title = QStringLiteral("done entries: each done queue entry has its page or its answer recorded, or was "
-                                "redirected (%1 done, %2 of them redirects)").arg(done).arg(redirects);
+    rule.title = tr("CheckDoneEntriesTitle").arg(done).arg(redirects);
     return rule;
 }
 
@@ -215,16 +216,12 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::counters() const
     const qint64 analysed = count("select count(*) from Page where title <> ''", &rule);
     const qint64 deepest = count("select coalesce(max(depth), 0) from DownloaderQueue", &rule);
     if (pagesCount_ < 0 || pagesCount_ > entries)
-        addProblem(&rule, QStringLiteral("pages_count %1 is not within the %2 queue entries").arg(pagesCount_).arg(entries));
+        addProblem(&rule, tr("CheckPagesCountProblem").arg(pagesCount_).arg(entries));
     if (maxDepth_ < 0 || maxDepth_ > deepest)
-        addProblem(&rule, QStringLiteral("max_depth %1 is not the depth of a queue entry (deepest %2)").arg(maxDepth_).arg(deepest));
+        addProblem(&rule, tr("CheckMaxDepthProblem").arg(maxDepth_).arg(deepest));
     if (pagesCount_ < analysed)
-        rule.notes.append(QStringLiteral("pages_count %1 is below the %2 analysed pages: it was saved before the last "
-                                         "pages were (a crawl killed, or unable to write the registry)")
-                              .arg(pagesCount_)
-                              .arg(analysed));
-    rule.title = QStringLiteral("counters: the project's pages_count (%1) at most its queue entries (%2), its "
-                                "max_depth (%3) at most their deepest (%4); %5 pages analysed")
+        rule.notes.append(tr("CheckPagesCountNote").arg(pagesCount_).arg(analysed));
+    rule.title = tr("CheckCountersTitle")
                      .arg(pagesCount_).arg(entries).arg(maxDepth_).arg(deepest).arg(analysed);
     return rule;
 }

@@ -6,6 +6,7 @@
 
 #include <functional>
 
+class StringTable;
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -23,7 +24,8 @@ public:
     };
     static constexpr int kMaxListed = 20;
 
-    explicit CrawlDatabaseCheck(sqlite3* database) : db_(database) {}
+    // The rules' titles and problems are said in the language of `texts`.
+    CrawlDatabaseCheck(sqlite3* database, const StringTable& texts) : db_(database), texts_(texts) {}
 
     // The project's counters as the registry keeps them; the counter rule is left out
     // without them (for instance while a crawl runs and keeps them in memory).
@@ -46,7 +48,10 @@ private:
     bool forEachRow(const char* sql, Rule* rule, const std::function<QString(sqlite3_stmt*)>& row) const;
     qint64 count(const char* sql, Rule* rule) const;
 
+    QString tr(const char* key) const;
+
     sqlite3* db_;
+    const StringTable& texts_;
     bool hasCounters_ = false;
     qint32 pagesCount_ = 0;
     qint32 maxDepth_ = 0;

@@ -872,5 +872,551 @@ Next: check the page&apos;s markup.</source>
         <translation>La page de départ %1 n&apos;a pas pu être lue comme du HTML.
 Ensuite : vérifiez le balisage de la page.</translation>
     </message>
+    <message id="CliErrorDamagedDatabase">
+        <source>the crawl database of &apos;%1&apos; is damaged (%2): %3</source>
+        <translation>la base d&apos;analyse de &apos;%1&apos; est endommagée (%2) : %3</translation>
+    </message>
+    <message id="CliErrorNoProjectSee">
+        <source>no project named &apos;%1&apos; (see &apos;quillmere projects&apos;)</source>
+        <translation>aucun projet nommé &apos;%1&apos; (voir &apos;quillmere projects&apos;)</translation>
+    </message>
+    <message id="CliErrorDataDirNotWritable">
+        <source>the data directory %1 cannot be written</source>
+        <translation>le dossier de données %1 n&apos;est pas accessible en écriture</translation>
+    </message>
+    <message id="CliErrorDatabaseMissing">
+        <source>the crawl database of &apos;%1&apos; is missing (%2)</source>
+        <translation>la base d&apos;analyse de &apos;%1&apos; est absente (%2)</translation>
+    </message>
+    <message id="CliErrorDatabaseCannotBeRead">
+        <source>the crawl database of &apos;%1&apos; cannot be read (%2): %3</source>
+        <translation>la base d&apos;analyse de &apos;%1&apos; ne peut pas être lue (%2) : %3</translation>
+    </message>
+    <message id="CliErrorUnableToOpen">
+        <source>unable to open it</source>
+        <translation>impossible de l&apos;ouvrir</translation>
+    </message>
+    <message id="CliErrorFilesOutsideDataDir">
+        <source>the project registry %1 is damaged: the files of the project &apos;%2&apos; would lie outside the data directory %3 (%4); nothing was done</source>
+        <translation>le registre des projets %1 est endommagé : les fichiers du projet &apos;%2&apos; se trouveraient hors du dossier de données %3 (%4) ; rien n&apos;a été fait</translation>
+    </message>
+    <message id="CliErrorDatabaseNotWritten">
+        <source>the crawl database of &apos;%1&apos; could not be written (%2): %3</source>
+        <translation>la base d&apos;analyse de &apos;%1&apos; n&apos;a pas pu être écrite (%2) : %3</translation>
+    </message>
+    <message id="CliNewSummary">
+        <source>create a project for the site at URL</source>
+        <translation>crée un projet pour le site situé à URL</translation>
+    </message>
+    <message id="CliNewDetails">
+        <source>The URL must be http or https; surrounding blanks and one trailing &quot;/&quot; are dropped.
+  --depth N   stop after the first page deeper than N: the start page is depth 1, and the
+              limit lets one page past it be analysed (default: no limit)
+  --pages N   stop after the first page past N pages (default: no limit)
+</source>
+        <translation>L&apos;URL doit être en http ou https ; les blancs qui l&apos;entourent et un « / » final sont retirés.
+  --depth N   s&apos;arrête après la première page plus profonde que N : la page de départ est à la
+              profondeur 1, et la limite laisse analyser une page de plus (par défaut : aucune)
+  --pages N   s&apos;arrête après la première page au-delà de N pages (par défaut : aucune limite)
+</translation>
+    </message>
+    <message id="CliProjectsSummary">
+        <source>list the projects, oldest first</source>
+        <translation>liste les projets, du plus ancien au plus récent</translation>
+    </message>
+    <message id="CliProjectsDetails">
+        <source>Columns: name, URL, creation date, depth and page limits, pages and depth of the last crawl.
+</source>
+        <translation>Colonnes : nom, URL, date de création, limites de profondeur et de pages, pages et profondeur
+de la dernière analyse.
+</translation>
+    </message>
+    <message id="CliDeleteSummary">
+        <source>delete a project with its database and logs</source>
+        <translation>supprime un projet avec sa base et ses journaux</translation>
+    </message>
+    <message id="CliDeleteDetails">
+        <source>A project that another process is crawling or vacuuming is not deleted (exit status 6).
+</source>
+        <translation>Un projet qu&apos;un autre processus analyse ou nettoie n&apos;est pas supprimé (code de sortie 6).
+</translation>
+    </message>
+    <message id="CliErrorEmptyProjectName">
+        <source>the project name is empty</source>
+        <translation>le nom du projet est vide</translation>
+    </message>
+    <message id="CliErrorNameHasSeparator">
+        <source>the project name &apos;%1&apos; holds a path separator</source>
+        <translation>le nom de projet &apos;%1&apos; contient un séparateur de chemin</translation>
+    </message>
+    <message id="CliErrorNameNotFileName">
+        <source>the project name &apos;%1&apos; is not a file name</source>
+        <translation>le nom de projet &apos;%1&apos; n&apos;est pas un nom de fichier</translation>
+    </message>
+    <message id="CliErrorNotHttpURL">
+        <source>&apos;%1&apos; is not an http or https URL</source>
+        <translation>&apos;%1&apos; n&apos;est pas une URL http ou https</translation>
+    </message>
+    <message id="CliErrorURLNoHost">
+        <source>the URL &apos;%1&apos; names no host</source>
+        <translation>l&apos;URL &apos;%1&apos; ne nomme aucun hôte</translation>
+    </message>
+    <message id="CliErrorBadLimit">
+        <source>&apos;%1&apos; is not a limit (a whole number, -1 for none)</source>
+        <translation>&apos;%1&apos; n&apos;est pas une limite (un nombre entier, -1 pour aucune)</translation>
+    </message>
+    <message id="CliErrorProjectExists">
+        <source>a project named &apos;%1&apos; exists already</source>
+        <translation>un projet nommé &apos;%1&apos; existe déjà</translation>
+    </message>
+    <message id="CliErrorCannotCreateDatabase">
+        <source>cannot create the crawl database of &apos;%1&apos; in %2</source>
+        <translation>impossible de créer la base d&apos;analyse de &apos;%1&apos; dans %2</translation>
+    </message>
+    <message id="CliErrorCannotCreateFiles">
+        <source>cannot create the files of the project &apos;%1&apos; in %2: %3 (%4)</source>
+        <translation>impossible de créer les fichiers du projet &apos;%1&apos; dans %2 : %3 (%4)</translation>
+    </message>
+    <message id="CliErrorCannotSaveRegistry">
+        <source>cannot save the project registry in %1</source>
+        <translation>impossible d&apos;enregistrer le registre des projets dans %1</translation>
+    </message>
+    <message id="CliNewCreated">
+        <source>Created project &apos;%1&apos; for %2 (depth limit %3, page limit %4)
+</source>
+        <translation>Projet &apos;%1&apos; créé pour %2 (limite de profondeur : %3, limite de pages : %4)
+</translation>
+    </message>
+    <message id="CliErrorRegistryDamaged">
+        <source>the project registry %1 is damaged: %2</source>
+        <translation>le registre des projets %1 est endommagé : %2</translation>
+    </message>
+    <message id="CliErrorRegistryCannotBeRead">
+        <source>the project registry %1 cannot be read: %2</source>
+        <translation>le registre des projets %1 ne peut pas être lu : %2</translation>
+    </message>
+    <message id="CliNoProjects">
+        <source>No projects.
+</source>
+        <translation>Aucun projet.
+</translation>
+    </message>
+    <message id="CliProjectsColumnName">
+        <source>NAME</source>
+        <translation>NOM</translation>
+    </message>
+    <message id="CliProjectsColumnURL">
+        <source>URL</source>
+        <translation>URL</translation>
+    </message>
+    <message id="CliProjectsColumnCreated">
+        <source>CREATED</source>
+        <translation>CRÉÉ LE</translation>
+    </message>
+    <message id="CliProjectsColumnDepthLimit">
+        <source>DEPTH LIMIT</source>
+        <translation>LIMITE PROF.</translation>
+    </message>
+    <message id="CliProjectsColumnPageLimit">
+        <source>PAGE LIMIT</source>
+        <translation>LIMITE PAGES</translation>
+    </message>
+    <message id="CliProjectsColumnPages">
+        <source>PAGES</source>
+        <translation>PAGES</translation>
+    </message>
+    <message id="CliProjectsColumnDepth">
+        <source>DEPTH</source>
+        <translation>PROF.</translation>
+    </message>
+    <message id="CliErrorNoProject">
+        <source>no project named &apos;%1&apos;</source>
+        <translation>aucun projet nommé &apos;%1&apos;</translation>
+    </message>
+    <message id="CliDeleted">
+        <source>Deleted project &apos;%1&apos;
+</source>
+        <translation>Projet &apos;%1&apos; supprimé
+</translation>
+    </message>
+    <message id="CliCheckSummary">
+        <source>check that a project&apos;s crawl database is sound</source>
+        <translation>vérifie que la base d&apos;analyse d&apos;un projet est saine</translation>
+    </message>
+    <message id="CliCheckDetails">
+        <source>Checks, without changing anything: the file&apos;s integrity; that each page&apos;s links-received
+count equals the links recorded to it; that no URL has two pages (a trailing &quot;/&quot; aside);
+that every link joins two pages; that every analysed page has its queue entry done;
+that every done entry left its page or its answer, or was a redirect; and that the
+project&apos;s page count and depth agree with the queue (not while a crawl runs).
+It may run during a crawl. Exit status: 0 sound, 5 something is wrong, 2 bad input
+(unknown project; a database that cannot be read, or so damaged that reading it fails).
+</source>
+        <translation>Vérifie, sans rien modifier : l&apos;intégrité du fichier ; que le nombre de liens reçus de chaque
+page égale les liens enregistrés vers elle ; qu&apos;aucune URL n&apos;a deux pages (à un « / » final
+près) ; que chaque lien relie deux pages ; que chaque page analysée a son entrée de file
+terminée ; que chaque entrée terminée a laissé sa page ou sa réponse, ou était une
+redirection ; et que le nombre de pages et la profondeur du projet concordent avec la file
+(pas pendant une analyse). La vérification peut se faire pendant une analyse.
+Code de sortie : 0 saine, 5 quelque chose ne va pas, 2 entrée incorrecte (projet inconnu ;
+base illisible, ou si endommagée que sa lecture échoue).
+</translation>
+    </message>
+    <message id="CliCheckHeader">
+        <source>Checking &apos;%1&apos; (%2)
+</source>
+        <translation>Vérification de &apos;%1&apos; (%2)
+</translation>
+    </message>
+    <message id="CliCheckInUse">
+        <source>  (in use by %1: its page count and depth are not checked)
+</source>
+        <translation>  (utilisé par %1 : son nombre de pages et sa profondeur ne sont pas vérifiés)
+</translation>
+    </message>
+    <message id="CliCheckOk">
+        <source>ok</source>
+        <translation>ok</translation>
+    </message>
+    <message id="CliCheckFail">
+        <source>FAIL</source>
+        <translation>ÉCHEC</translation>
+    </message>
+    <message id="CliCheckMore">
+        <source>... and %1 more</source>
+        <translation>... et %1 de plus</translation>
+    </message>
+    <message id="CliCheckNote">
+        <source>note: %1</source>
+        <translation>remarque : %1</translation>
+    </message>
+    <message id="CliCheckSound">
+        <source>Sound: all %1 checks hold.
+</source>
+        <translation>Saine : les %1 vérifications sont satisfaites.
+</translation>
+    </message>
+    <message id="CliCheckNotSound">
+        <source>Not sound: %1 of %2 checks fail.
+</source>
+        <translation>Pas saine : %1 vérifications sur %2 échouent.
+</translation>
+    </message>
+    <message id="CheckCannotRead">
+        <source>cannot be read: %1</source>
+        <translation>illisible : %1</translation>
+    </message>
+    <message id="CheckIntegrityTitle">
+        <source>integrity: the library&apos;s own check of the file (pragma integrity_check)</source>
+        <translation>intégrité : la vérification du fichier par la bibliothèque elle-même (pragma integrity_check)</translation>
+    </message>
+    <message id="CheckLinksReceivedProblem">
+        <source>%1: in_link_count %2, but %3 Links rows point to it</source>
+        <translation>%1 : in_link_count %2, mais %3 lignes Links pointent vers elle</translation>
+    </message>
+    <message id="CheckLinksReceivedTitle">
+        <source>links received: each page&apos;s in_link_count equals the Links rows that point to it (%1 pages)</source>
+        <translation>liens reçus : l&apos;in_link_count de chaque page égale le nombre de lignes Links qui pointent vers elle (%1 pages)</translation>
+    </message>
+    <message id="CheckDuplicateURLProblem">
+        <source>%1: %2 Page rows</source>
+        <translation>%1 : %2 lignes Page</translation>
+    </message>
+    <message id="CheckSlashTwinProblem">
+        <source>%1 and %2: two Page rows for one page</source>
+        <translation>%1 et %2 : deux lignes Page pour une seule page</translation>
+    </message>
+    <message id="CheckOnePagePerURLTitle">
+        <source>one page per URL: no two Page rows for one URL, nor for one URL with and without its trailing &quot;/&quot; (%1 pages)</source>
+        <translation>une page par URL : pas deux lignes Page pour une même URL, ni pour une URL avec et sans son « / » final (%1 pages)</translation>
+    </message>
+    <message id="CheckDanglingLinkProblem">
+        <source>link from page %1 to page %2 (&quot;%3&quot;): one of them is not a Page row</source>
+        <translation>lien de la page %1 vers la page %2 (« %3 ») : l&apos;une des deux n&apos;est pas une ligne Page</translation>
+    </message>
+    <message id="CheckLinksBetweenPagesTitle">
+        <source>links between pages: each Links row&apos;s source and target are Page rows (%1 links)</source>
+        <translation>liens entre pages : la source et la cible de chaque ligne Links sont des lignes Page (%1 liens)</translation>
+    </message>
+    <message id="CheckAnalysedNotDoneProblem">
+        <source>%1: analysed, but no queue entry for it is marked done</source>
+        <translation>%1 : analysée, mais aucune de ses entrées de file n&apos;est marquée terminée</translation>
+    </message>
+    <message id="CheckAnalysedPagesTitle">
+        <source>analysed pages: each page with a title has its queue entry marked done (%1 pages)</source>
+        <translation>pages analysées : chaque page qui a un titre a son entrée de file marquée terminée (%1 pages)</translation>
+    </message>
+    <message id="CheckDoneNotReachedProblem">
+        <source>%1: marked done, but neither its page nor its answer was recorded, and nothing was queued after it</source>
+        <translation>%1 : marquée terminée, mais ni sa page ni sa réponse n&apos;ont été enregistrées, et rien n&apos;a été mis en file après elle</translation>
+    </message>
+    <message id="CheckDoneEntriesTitle">
+        <source>done entries: each done queue entry has its page or its answer recorded, or was redirected (%1 done, %2 of them redirects)</source>
+        <translation>entrées terminées : chaque entrée de file terminée a sa page ou sa réponse enregistrée, ou a été redirigée (%1 terminées, dont %2 redirections)</translation>
+    </message>
+    <message id="CheckPagesCountProblem">
+        <source>pages_count %1 is not within the %2 queue entries</source>
+        <translation>pages_count %1 n&apos;est pas compris dans les %2 entrées de file</translation>
+    </message>
+    <message id="CheckMaxDepthProblem">
+        <source>max_depth %1 is not the depth of a queue entry (deepest %2)</source>
+        <translation>max_depth %1 n&apos;est pas la profondeur d&apos;une entrée de file (la plus profonde : %2)</translation>
+    </message>
+    <message id="CheckPagesCountNote">
+        <source>pages_count %1 is below the %2 analysed pages: it was saved before the last pages were (a crawl killed, or unable to write the registry)</source>
+        <translation>pages_count %1 est inférieur aux %2 pages analysées : il a été enregistré avant les dernières pages (une analyse tuée, ou qui n&apos;a pas pu écrire le registre)</translation>
+    </message>
+    <message id="CheckCountersTitle">
+        <source>counters: the project&apos;s pages_count (%1) at most its queue entries (%2), its max_depth (%3) at most their deepest (%4); %5 pages analysed</source>
+        <translation>compteurs : le pages_count du projet (%1) au plus ses entrées de file (%2), son max_depth (%3) au plus la plus profonde d&apos;entre elles (%4) ; %5 pages analysées</translation>
+    </message>
+    <message id="CliErrorContinueRestart">
+        <source>--continue and --restart exclude each other</source>
+        <translation>--continue et --restart s&apos;excluent l&apos;un l&apos;autre</translation>
+    </message>
+    <message id="CliErrorFinishedContinue">
+        <source>the last crawl of &apos;%1&apos; finished: nothing waits in its queue; use --restart to crawl it again from scratch</source>
+        <translation>la dernière analyse de &apos;%1&apos; est terminée : rien n&apos;attend dans sa file ; utilisez --restart pour l&apos;analyser de nouveau depuis le début</translation>
+    </message>
+    <message id="CliAskRestart">
+        <source>&apos;%1&apos; was crawled already and nothing waits in its queue. Restart from scratch? [y/N]</source>
+        <translation>&apos;%1&apos; a déjà été analysé et rien n&apos;attend dans sa file. Recommencer depuis le début ? [o/N]</translation>
+    </message>
+    <message id="CliAnswersYes">
+        <source>y,yes</source>
+        <translation>o,oui,y,yes</translation>
+    </message>
+    <message id="CliAnswersContinue">
+        <source>c,continue</source>
+        <translation>c,continuer,continue</translation>
+    </message>
+    <message id="CliAnswersRestart">
+        <source>r,restart</source>
+        <translation>r,recommencer,restart</translation>
+    </message>
+    <message id="CliCrawlNotStarted">
+        <source>crawl not started</source>
+        <translation>analyse non démarrée</translation>
+    </message>
+    <message id="CliErrorAlreadyCrawled">
+        <source>&apos;%1&apos; was crawled already and nothing waits in its queue; use --restart to crawl it again from scratch</source>
+        <translation>&apos;%1&apos; a déjà été analysé et rien n&apos;attend dans sa file ; utilisez --restart pour l&apos;analyser de nouveau depuis le début</translation>
+    </message>
+    <message id="CliAskWaiting">
+        <source>&apos;%1&apos; has %2 URLs waiting from an earlier crawl. [c]ontinue, [r]estart from scratch or [q]uit?</source>
+        <translation>&apos;%1&apos; a %2 URL en attente d&apos;une analyse précédente. [c]ontinuer, [r]ecommencer depuis le début ou [q]uitter ?</translation>
+    </message>
+    <message id="CliErrorWaiting">
+        <source>&apos;%1&apos; has %2 URLs waiting from an earlier crawl; use --continue to go on with them or --restart to start from scratch</source>
+        <translation>&apos;%1&apos; a %2 URL en attente d&apos;une analyse précédente ; utilisez --continue pour les reprendre ou --restart pour recommencer depuis le début</translation>
+    </message>
+    <message id="CliErrorCrawlDatabaseNotWritten">
+        <source>the crawl database %1 could not be written (%2)%3; the crawl stopped, &apos;crawl %4 --continue&apos; goes on from the last page saved</source>
+        <translation>la base d&apos;analyse %1 n&apos;a pas pu être écrite (%2)%3 ; l&apos;analyse s&apos;est arrêtée, &apos;crawl %4 --continue&apos; reprend à partir de la dernière page enregistrée</translation>
+    </message>
+    <message id="CliDiskFull">
+        <source>: the disk is full</source>
+        <translation> : le disque est plein</translation>
+    </message>
+    <message id="CliCrawlSummary">
+        <source>crawl a project&apos;s site, then print the report</source>
+        <translation>analyse le site d&apos;un projet, puis affiche le rapport</translation>
+    </message>
+    <message id="CliCrawlDetails">
+        <source>A project crawled before has pages: --continue goes on with the URLs still waiting, --restart
+empties the database and starts again (on a terminal without either, you are asked).
+  --timeout S  seconds a transfer may stay silent before it fails (default 1000)
+  --fail-on-broken  exit with status 4 when the crawl found broken internal links (links
+               whose target answered 4xx or 5xx or could not be fetched; see &apos;broken NAME&apos;)
+  --parallel N requests in flight at most (default 4): the next pages of the queue are
+               fetched while one is analysed; pages are still analysed in queue order
+               and the database is the same; 1 asks for one page at a time
+  --max-rate R requests per second at most (default: no cap)
+A busy server&apos;s 429 or 503 with a Retry-After of up to 60 s is waited for and asked
+again (3 times at most).
+Ctrl-C stops within a second; a page still downloading stays in the queue, nothing is
+lost and the crawl can be continued.
+Exit status: 0 done, 2 bad input, 3 the site&apos;s links do not match the project URL
+(http/https or www.), 4 broken internal links (with --fail-on-broken), 6 another process
+is crawling, vacuuming or deleting the project, 130 stopped.
+</source>
+        <translation>Un projet déjà analysé a des pages : --continue reprend les URL encore en attente, --restart
+vide la base et recommence (sur un terminal, sans l&apos;une ni l&apos;autre, la question vous est posée).
+  --timeout S  secondes pendant lesquelles un transfert peut rester muet avant d&apos;échouer
+               (par défaut 1000)
+  --fail-on-broken  sort avec le code 4 quand l&apos;analyse a trouvé des liens internes cassés
+               (liens dont la cible a répondu 4xx ou 5xx ou n&apos;a pas pu être obtenue ; voir
+               &apos;broken NOM&apos;)
+  --parallel N requêtes en cours au plus (par défaut 4) : les pages suivantes de la file sont
+               demandées pendant qu&apos;une autre est analysée ; les pages restent analysées
+               dans l&apos;ordre de la file et la base est la même ; 1 demande une page à la fois
+  --max-rate R requêtes par seconde au plus (par défaut : pas de plafond)
+Un serveur occupé qui répond 429 ou 503 avec un Retry-After d&apos;au plus 60 s est attendu puis
+interrogé de nouveau (3 fois au plus).
+Ctrl-C arrête en moins d&apos;une seconde ; une page encore en téléchargement reste dans la file,
+rien n&apos;est perdu et l&apos;analyse peut être reprise.
+Codes de sortie : 0 terminé, 2 entrée incorrecte, 3 les liens du site ne correspondent pas à
+l&apos;URL du projet (http/https ou www.), 4 liens internes cassés (avec --fail-on-broken),
+6 un autre processus analyse, nettoie ou supprime le projet, 130 arrêté.
+</translation>
+    </message>
+    <message id="CliCrawlURLSummary">
+        <source>make a project for URL and crawl it once, without limits and without the vacuum</source>
+        <translation>crée un projet pour URL et l&apos;analyse une fois, sans limites et sans le nettoyage</translation>
+    </message>
+    <message id="CliCrawlURLDetails">
+        <source>  --name NAME  the project&apos;s name (default: the URL&apos;s host)
+</source>
+        <translation>  --name NAME  le nom du projet (par défaut : l&apos;hôte de l&apos;URL)
+</translation>
+    </message>
+    <message id="CliVacuumSummary">
+        <source>take the links to non-HTML resources off the pages&apos; links-sent counts (again)</source>
+        <translation>retire (de nouveau) les liens vers des ressources non HTML du nombre de liens émis des pages</translation>
+    </message>
+    <message id="CliErrorBadTimeout">
+        <source>--timeout wants a number of seconds above 0</source>
+        <translation>--timeout attend un nombre de secondes supérieur à 0</translation>
+    </message>
+    <message id="CliErrorBadParallel">
+        <source>--parallel wants a number of requests from 1 to 64</source>
+        <translation>--parallel attend un nombre de requêtes de 1 à 64</translation>
+    </message>
+    <message id="CliErrorBadMaxRate">
+        <source>--max-rate wants a number of requests per second above 0</source>
+        <translation>--max-rate attend un nombre de requêtes par seconde supérieur à 0</translation>
+    </message>
+    <message id="CliErrorProjectExistsChooseName">
+        <source>a project named &apos;%1&apos; exists already; choose another with --name</source>
+        <translation>un projet nommé &apos;%1&apos; existe déjà ; choisissez-en un autre avec --name</translation>
+    </message>
+    <message id="CliErrorCannotCreateProject">
+        <source>cannot create the project &apos;%1&apos;</source>
+        <translation>impossible de créer le projet &apos;%1&apos;</translation>
+    </message>
+    <message id="CliVacuumed">
+        <source>Vacuumed &apos;%1&apos;: %2 non-HTML pages taken off the links-sent counts of the pages linking to them
+</source>
+        <translation>&apos;%1&apos; nettoyé : %2 pages non HTML retirées du nombre de liens émis des pages qui pointent vers elles
+</translation>
+    </message>
+    <message id="CliOwnerAnotherProcess">
+        <source>another process</source>
+        <translation>un autre processus</translation>
+    </message>
+    <message id="CliOwnerProcess">
+        <source>process %1</source>
+        <translation>le processus %1</translation>
+    </message>
+    <message id="CliOwnerProcessFor">
+        <source>process %1 (%2)</source>
+        <translation>le processus %1 (%2)</translation>
+    </message>
+    <message id="CliErrorProjectInUse">
+        <source>the project &apos;%1&apos; is in use by %2; try again once it has finished</source>
+        <translation>le projet &apos;%1&apos; est utilisé par %2 ; réessayez quand il aura fini</translation>
+    </message>
+    <message id="CliErrorCannotLock">
+        <source>cannot lock the project &apos;%1&apos; (%2): %3</source>
+        <translation>impossible de verrouiller le projet &apos;%1&apos; (%2) : %3</translation>
+    </message>
+    <message id="CliProgressVacuum">
+        <source>vacuum %1/%2</source>
+        <translation>nettoyage %1/%2</translation>
+    </message>
+    <message id="CliProgressLine">
+        <source>%1 pages  depth %2  queue %3 waiting / %4 total</source>
+        <translation>%1 pages  profondeur %2  file %3 en attente / %4 au total</translation>
+    </message>
+    <message id="CliProgressBar">
+        <source>%1 pages  depth %2  %3 waiting/%4</source>
+        <translation>%1 pages  prof. %2  %3 en attente/%4</translation>
+    </message>
+    <message id="CliFilesCannotOpen">
+        <source>it cannot be opened</source>
+        <translation>le fichier ne peut pas être ouvert</translation>
+    </message>
+    <message id="CliFilesNameTooLong">
+        <source>the name is too long: the database&apos;s journal would need a file name of %1 bytes, the file system allows %2</source>
+        <translation>le nom est trop long : le journal de la base demanderait un nom de fichier de %1 octets, le système de fichiers en permet %2</translation>
+    </message>
+    <message id="CliFilesNoTables">
+        <source>its tables could not be created</source>
+        <translation>les tables de la base n&apos;ont pas pu être créées</translation>
+    </message>
+    <message id="CliErrorOptionNeedsValue">
+        <source>option %1 needs a value</source>
+        <translation>l&apos;option %1 attend une valeur</translation>
+    </message>
+    <message id="CliErrorDataDirNeedsDirectory">
+        <source>option --data-dir needs a directory</source>
+        <translation>l&apos;option --data-dir attend un dossier</translation>
+    </message>
+    <message id="CliErrorUnknownOptionFor">
+        <source>unknown option %1 for &apos;%2&apos;</source>
+        <translation>option %1 inconnue pour &apos;%2&apos;</translation>
+    </message>
+    <message id="CliErrorUnknownOption">
+        <source>unknown option %1</source>
+        <translation>option %1 inconnue</translation>
+    </message>
+    <message id="CliErrorUnknownCommand">
+        <source>unknown command &apos;%1&apos;</source>
+        <translation>commande &apos;%1&apos; inconnue</translation>
+    </message>
+    <message id="CliErrorNoCommand">
+        <source>no command given</source>
+        <translation>aucune commande donnée</translation>
+    </message>
+    <message id="CliErrorUsage">
+        <source>usage: quillmere [--data-dir DIR] %1</source>
+        <translation>utilisation : quillmere [--data-dir DIR] %1</translation>
+    </message>
+    <message id="CliUsageIntro">
+        <source>Usage: quillmere [--data-dir DIR] COMMAND [ARGS...]
+
+Quillmere crawls one web site per project and audits its pages and links.
+
+Commands:
+</source>
+        <translation>Utilisation : quillmere [--data-dir DIR] COMMANDE [ARGUMENTS...]
+
+Quillmere analyse un site web par projet et audite ses pages et ses liens.
+
+Commandes :
+</translation>
+    </message>
+    <message id="CliUsageOptions">
+        <source>
+Options:
+  --data-dir DIR   keep the projects in DIR (default: $QUILLMERE_DATA_DIR, else
+                   $XDG_DATA_HOME/org.quillmere.Quillmere)
+  -h, --help       show this help, or a command&apos;s help after its name
+</source>
+        <translation>
+Options :
+  --data-dir DIR   garde les projets dans DIR (par défaut : $QUILLMERE_DATA_DIR, sinon
+                   $XDG_DATA_HOME/org.quillmere.Quillmere)
+  -h, --help       affiche cette aide, ou l&apos;aide d&apos;une commande après son nom
+</translation>
+    </message>
+    <message id="CliCommandHelp">
+        <source>Usage: quillmere [--data-dir DIR] %1
+
+%2
+%3</source>
+        <translation>Utilisation : quillmere [--data-dir DIR] %1
+
+%2
+%3</translation>
+    </message>
+    <message id="CliTryHelp">
+        <source>Try &apos;quillmere --help&apos;.</source>
+        <translation>Essayez &apos;quillmere --help&apos;.</translation>
+    </message>
+    <message id="CliErrorCannotCreateDemo">
+        <source>cannot create the project &apos;demo&apos; in %1</source>
+        <translation>impossible de créer le projet &apos;demo&apos; dans %1</translation>
+    </message>
 </context>
 </TS>
