@@ -102,6 +102,10 @@ TEST(EndToEnd, CreateCrawlStopContinueBrowseAndFilter)
     ProgressWindowController* progress = app.controller()->progressWindowController();
     ASSERT_TRUE(progress);
     ASSERT_TRUE(waitUntil([&] { return slowEntered.load(); }, 15000));
+    // The pages before it in the queue may have been fetched ahead with it: the sheet shows
+    // /slow.html as the page in hand once they are analysed.
+    ASSERT_TRUE(waitUntil([&] { return progress->textFieldURLPageAnalysee()->text() == U("/slow.html"); }, 15000))
+        << progress->textFieldURLPageAnalysee()->text().toStdString();
     EXPECT_TRUE(progress->isVisible());
     EXPECT_TRUE(app.controller()->isBusy());
     // The stop abandons the transfer in flight: /slow.html, still held by the server, is
