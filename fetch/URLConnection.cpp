@@ -90,6 +90,8 @@ public:
         static TransferHandlePool pool;
         return pool;
     }
+    // The handles still kept at exit are closed with their connections.
+    ~TransferHandlePool() { releaseIdle(); }
     bool take(void** easy, void** multi)
     {
         std::lock_guard lock(mutex_);
