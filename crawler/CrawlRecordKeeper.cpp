@@ -47,7 +47,11 @@ qint32 CrawlRecordKeeper::committedPageCount(const std::shared_ptr<Project>& pro
 
 qint32 CrawlRecordKeeper::pageCountOf(const std::shared_ptr<Project>& project)
 {
-    return qMax(project->pages_count(), readCommittedCount(project));
+    // The count committed with the pages is exact: after a crash the registry may lag behind
+    // it, and after a power cut that took the last commits back it may be ahead of it. A
+    // database that has none (an older one) leaves the registry's.
+    const qint32 committed = readCommittedCount(project);
+    return committed > 0 ? committed : project->pages_count();
 }
 
 void CrawlRecordKeeper::restartProject(const std::shared_ptr<Project>& project)
