@@ -245,3 +245,36 @@ TEST(CrawlDatabase, AFileThatIsNotADatabaseFailsEveryStatement)
 }
 
 } // namespace
+
+TEST(CrawlDatabase, CrawlDatabasesKeepAWriteAheadLogThatReadersGoOnBeside)
+{
+    TestApp app;
+    ProjectPtr p = Project::createProjectWithName("w", "http://example.com", -1, -1);
+    sqlite3* db = p->sqlite3Database();
+    ASSERT_TRUE(db);
+    auto pragma = [](sqlite3* handle, const char* sql) {
+        sqlite3_stmt* stmt = nullptr;
+        std::string value;
+        if (sqlite3_prepare_v2(handle, sql, -1, &stmt, nullptr) == SQLITE_OK && sqlite3_step(stmt) == SQLITE_ROW)
+            value = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
+        sqlite3_finalize(stmt);
+        return value;
+    };
+    EXPECT_EQ(pragma(db, "PRAGMA journal_mode"), "wal");
+    EXPECT_EQ(pragma(db, "PRAGMA synchronous"), "1");  // NORMAL
+
+    // A writer in the middle of a transaction does not keep another connection (another
+    // program's `pages`) from reading what was committed.
+    ASSERT_EQ(sqlite3_exec(db, "insert into Page(path,page,title,url,depth) values('/','a','A','u1',1)", nullptr,
+                           nullptr, nullptr),
+              SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db, "begin; insert into Page(path,page,title,url,depth) values('/','b','B','u2',1)",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3* reader = nullptr;
+    ASSERT_EQ(sqlite3_open_v2((app.path() + "/w.sqlite").toUtf8().constData(), &reader, SQLITE_OPEN_READONLY, nullptr),
+              SQLITE_OK);
+    EXPECT_EQ(pragma(reader, "select count(*) from Page"), "1");
+    sqlite3_close(reader);
+    ASSERT_EQ(sqlite3_exec(db, "commit", nullptr, nullptr, nullptr), SQLITE_OK);
+}
