@@ -448,12 +448,12 @@
         <translation>URL finale</translation>
     </message>
     <message id="CliBrokenTitle">
-        <source>%1 broken URLs, %2 links to them</source>
-        <translation>%1 URL cassées, %2 liens vers elles</translation>
+        <source>Broken URLs: %1, links to them: %2</source>
+        <translation>URL cassées : %1, liens vers elles : %2</translation>
     </message>
     <message id="CliRedirectsTitle">
-        <source>%1 redirecting URLs, %2 links to them</source>
-        <translation>%1 URL redirigées, %2 liens vers elles</translation>
+        <source>Redirecting URLs: %1, links to them: %2</source>
+        <translation>URL redirigées : %1, liens vers elles : %2</translation>
     </message>
     <message id="CliBrokenSummary">
         <source>list the broken targets (4xx, 5xx, transfer errors), each with the pages that link to it</source>

@@ -161,7 +161,7 @@ TEST_F(AuditCommands, BrokenListsEveryBrokenTargetWithThePagesThatLinkToIt)
     }
 
     r = run({"broken", "site"});
-    EXPECT_TRUE(r.out.startsWith("5 broken URLs, 5 links to them\n")) << r.out.toStdString();
+    EXPECT_TRUE(r.out.startsWith("Broken URLs: 5, links to them: 5\n")) << r.out.toStdString();
     r = run({"broken", "site", "--format", "markdown"});
     const QStringList md = r.out.split('\n', Qt::SkipEmptyParts);
     ASSERT_EQ(md.size(), 8) << r.out.toStdString();
