@@ -47,11 +47,9 @@ qint32 CrawlRecordKeeper::committedPageCount(const std::shared_ptr<Project>& pro
 
 qint32 CrawlRecordKeeper::pageCountOf(const std::shared_ptr<Project>& project)
 {
-    // The count committed with the pages is exact: after a crash the registry may lag behind
-    // it, and after a power cut that took the last commits back it may be ahead of it. A
-    // database that has none (an older one) leaves the registry's.
-    const qint32 committed = readCommittedCount(project);
-    return committed > 0 ? committed : project->pages_count();
+    // After a crash the registry may lag behind the pages committed; the stored count is
+    // taken up otherwise, as a crawl always has.
+    return qMax(project->pages_count(), readCommittedCount(project));
 }
 
 void CrawlRecordKeeper::restartProject(const std::shared_ptr<Project>& project)

@@ -220,9 +220,11 @@ void DownloaderOperationLibXML::downloadFromWaitingQueue()
                     break;
                 if (fetchAhead_)
                     fetchAheadFrom(batch, i);
-                // Waiting on the network is the time to write: the pages done so far are not
-                // left uncommitted behind a slow or hanging one.
-                if (group && entriesInGroup > 0 && !(fetchAhead_ && fetchAhead_->isAnswered(entry->url())))
+                // A page whose answer keeps the walk waiting is the time to write: the pages
+                // done so far are not left uncommitted behind a slow or hanging one. A short
+                // wait, as when the analysis catches up with the fetches, is not worth a commit.
+                if (group && entriesInGroup > 0
+                    && !(fetchAhead_ && fetchAhead_->waitForAnswer(entry->url(), kWaitBeforeCommit, canContinue_)))
                     commitGroup();
                 if (!canContinue())
                     break;

@@ -11,6 +11,7 @@
 #include <QVariantMap>
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 
 class FetchAhead;
@@ -66,6 +67,9 @@ public:
     // is made at the latest this long after the group's first entry.
     static constexpr int kEntriesPerCommit = 100;
     static constexpr qint64 kMillisecondsPerCommit = 250;
+    // A page whose answer is not in after this long has what was done before it committed
+    // first.
+    static constexpr std::chrono::milliseconds kWaitBeforeCommit{50};
 
     static QString firstURLErrorMessage();
     // Set when the crawl database refused a page's writes (disk full, file gone); the walk

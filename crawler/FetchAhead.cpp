@@ -60,6 +60,25 @@ bool FetchAhead::isAnswered(const QString& url) const
     return found != jobs_.cend() && found.value()->done;
 }
 
+bool FetchAhead::waitForAnswer(const QString& url, std::chrono::milliseconds limit,
+                               const std::atomic<bool>& canContinue)
+{
+    const auto until = std::chrono::steady_clock::now() + limit;
+    std::unique_lock lock(mutex_);
+    const auto found = jobs_.constFind(url);
+    if (found == jobs_.cend())
+        return false;
+    const std::shared_ptr<Job> job = found.value();
+    while (!job->done && canContinue.load()) {
+        const auto now = std::chrono::steady_clock::now();
+        if (now >= until)
+            break;
+        // The stop flag is not signalled: look at it now and then.
+        answered_.wait_for(lock, std::min<std::chrono::steady_clock::duration>(until - now, std::chrono::milliseconds(10)));
+    }
+    return job->done;
+}
+
 void FetchAhead::request(const QString& url, const QUrl& requiredOrigin)
 {
     {

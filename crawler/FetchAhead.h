@@ -7,6 +7,7 @@
 #include <QUrl>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <memory>
@@ -37,6 +38,9 @@ public:
     bool isRequested(const QString& url) const;
     // Requested, and its answer is in.
     bool isAnswered(const QString& url) const;
+    // Waits up to `limit` for the answer to a requested URL; true once it is in. False at
+    // once for a URL not requested, and as soon as canContinue reads false.
+    bool waitForAnswer(const QString& url, std::chrono::milliseconds limit, const std::atomic<bool>& canContinue);
 
     // Queues the URL's GET, asked only of requiredOrigin's server (an invalid origin: any).
     void request(const QString& url, const QUrl& requiredOrigin);
