@@ -1,5 +1,7 @@
 #include "cli/TableOutput.h"
 
+#include "cli/ReportWriter.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -24,21 +26,15 @@ void TableOutput::addRow(const QList<QVariant>& values)
     rows_.append(values);
 }
 
+// The streaming reports' own conversions: one quoting rule for every CSV the program writes.
 QString TableOutput::text(const QVariant& value)
 {
-    if (value.typeId() == QMetaType::Double)
-        return QString::number(value.toDouble());
-    return value.toString();
+    return ReportWriter::text(value);
 }
 
 QString TableOutput::csvField(const QString& field)
 {
-    if (!field.contains(QLatin1Char(',')) && !field.contains(QLatin1Char('"')) && !field.contains(QLatin1Char('\n'))
-        && !field.contains(QLatin1Char('\r')))
-        return field;
-    QString quoted = field;
-    quoted.replace(QLatin1String("\""), QLatin1String("\"\""));
-    return QLatin1Char('"') + quoted + QLatin1Char('"');
+    return ReportWriter::csvField(field);
 }
 
 QString TableOutput::render(Format format, const QString& title) const

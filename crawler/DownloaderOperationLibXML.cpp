@@ -43,18 +43,6 @@ QString decodeUtf8OrNull(const QByteArray& data)
     return decoder.hasError() ? QString() : text;
 }
 
-// The page URL and a canonical href compare in this form: no "www.", http for https, and
-// one trailing "/" less.
-QString canonicalForm(const QString& url)
-{
-    QString s = url;
-    s.remove(QStringLiteral("www."));
-    s.replace(QStringLiteral("https:"), QStringLiteral("http:"));
-    if (s.endsWith(QLatin1Char('/')))
-        s.chop(1);
-    return s;
-}
-
 HTMLNodePtr firstChildTag(const HTMLNodePtr& node, const QString& tag)
 {
     return node ? node->findChildTag(tag) : HTMLNodePtr();
@@ -404,7 +392,7 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         if (!isEqualCaseInsensitive(attribute(link, QStringLiteral("rel")), QStringLiteral("canonical")))
             continue;
         const QString href = attribute(link, QStringLiteral("href"));
-        canonical = (!href.isNull() && canonicalForm(href) == canonicalForm(url)) ? QString() : href;
+        canonical = (!href.isNull() && canonicalComparisonForm(href) == canonicalComparisonForm(url)) ? QString() : href;
     }
     if (!canonical.isNull()) {
         if (currentPage) {

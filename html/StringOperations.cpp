@@ -50,3 +50,13 @@ QString stringByReplacingOccurrences(const QString& s, const QString& target, co
     result.replace(target, replacement, Qt::CaseSensitive);
     return result;
 }
+
+QString canonicalComparisonForm(const QString& url)
+{
+    QString s = url;
+    s.remove(QStringLiteral("www."));
+    s.replace(QStringLiteral("https:"), QStringLiteral("http:"));
+    if (s.endsWith(QLatin1Char('/')))
+        s.chop(1);
+    return s;
+}

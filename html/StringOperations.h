@@ -23,3 +23,7 @@ QString stringByRemovingOccurrences(const QString& s, const QString& what);
 
 // Literal, case-sensitive replacement of every occurrence; an empty target is never found.
 QString stringByReplacingOccurrences(const QString& s, const QString& target, const QString& replacement);
+
+// The form in which a page's URL and its canonical href are compared: no "www.", http for
+// https, and one trailing "/" less.
+QString canonicalComparisonForm(const QString& url);

@@ -3,6 +3,7 @@
 #include "fetch/SynchronizedWebCall.h"
 #include "html/HTMLNode.h"
 #include "html/HTMLParser.h"
+#include "html/StringOperations.h"
 #include "store/AppError.h"
 #include "store/FetchLog.h"
 #include "store/LinkHeaders.h"
@@ -36,16 +37,6 @@ qint64 analysedPageCount(const ProjectPtr& project)
         count = sqlite3_column_int64(stmt, 0);
     finish(stmt);
     return count;
-}
-
-// The comparison the page analysis makes between a canonical href and the page's URL.
-QString normalisedForCanonical(QString url)
-{
-    url.remove(QStringLiteral("www."));
-    url.replace(QStringLiteral("https:"), QStringLiteral("http:"));
-    if (url.endsWith(QLatin1Char('/')))
-        url.chop(1);
-    return url;
 }
 
 bool sameHost(const QUrl& a, const QUrl& b)
@@ -88,7 +79,7 @@ QString StartPageDiagnosis::canonicalElsewhere(const QByteArray& html, const QSt
         if (link->getAttributeNamed(QStringLiteral("rel")).compare(QLatin1String("canonical"), Qt::CaseInsensitive) != 0)
             continue;
         const QString href = link->getAttributeNamed(QStringLiteral("href"));
-        canonical = normalisedForCanonical(href) == normalisedForCanonical(pageUrl) ? QString() : href;
+        canonical = canonicalComparisonForm(href) == canonicalComparisonForm(pageUrl) ? QString() : href;
     }
     return canonical;
 }
