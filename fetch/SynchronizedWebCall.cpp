@@ -126,11 +126,18 @@ QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::opti
     HTTPURLResponsePtr response;
     FetchErrorPtr error;
     QByteArray data;
+    // A stop during a wait (the pacer's or a Retry-After's) ends the call as a transfer
+    // abandoned: no response, and the fields of a failed transfer.
+    auto stopped = [&] {
+        error = FetchError::errorWithCode(FetchError::Cancelled, QStringLiteral("the transfer was abandoned"));
+        response.reset();
+        data = QByteArray();
+        headers = QVariantMap{{QStringLiteral("contentType"), QStringLiteral("")},
+                              {QStringLiteral("contentLength"), qint64(-1)}};
+    };
     for (int attempt = 0;; ++attempt) {
         if (pacer_ && !pacer_->waitTurn(canContinue_)) {
-            error = FetchError::errorWithCode(FetchError::Cancelled, QStringLiteral("the transfer was abandoned"));
-            response.reset();
-            data = QByteArray();
+            stopped();
             break;
         }
         headers.clear();
@@ -152,17 +159,9 @@ QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::opti
         if (wait < 0 || wait > kMaximumRetryAfterSeconds)
             break;
         if (!RequestPacer::sleepFor(std::chrono::seconds(wait), canContinue_)) {
-            error = FetchError::errorWithCode(FetchError::Cancelled, QStringLiteral("the transfer was abandoned"));
-            response.reset();
-            data = QByteArray();
-            headers.clear();
+            stopped();
             break;
         }
-    }
-    if (headers.isEmpty()) {
-        // Stopped before any request went out: the fields read as after a failed transfer.
-        headers.insert(QStringLiteral("contentType"), QStringLiteral(""));
-        headers.insert(QStringLiteral("contentLength"), qint64(-1));
     }
     isAbandoned_ = error && error->code() == FetchError::Cancelled && canContinue_ && !canContinue_->load();
 
