@@ -61,13 +61,13 @@ void checkResponse(const HTTPURLResponse& response)
 {
     check(response.allHeaderFields().has_value(), "response without its fields");
     checkFields(*response.allHeaderFields());
-    for (auto it = response.allHeaderFields()->cbegin(); it != response.allHeaderFields()->cend(); ++it) {
+    for (auto it = response.allHeaderFields()->cbegin(); it != response.allHeaderFields()->cend(); ++it)
         check(response.valueForHTTPHeaderField(it.key()) == it.value(), "case-blind lookup misses", it.key());
-    }
 
     // What the transfer reads from the response it hands on.
     const QString contentType = response.valueForHTTPHeaderField(QStringLiteral("Content-Type"));
-    for (const QString& filter : {QStringLiteral("text/html"), QStringLiteral("text/plain"), QString(), QStringLiteral("")}) {
+    const QStringList filters{QStringLiteral("text/html"), QStringLiteral("text/plain"), QString(), QStringLiteral("")};
+    for (const QString& filter : filters) {
         const bool matches = NSURLConnectionWithLimit::contentTypeMatchesFilter(contentType, filter);
         if (contentType.isNull())
             check(matches, "a missing Content-Type was refused");
