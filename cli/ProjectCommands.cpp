@@ -11,7 +11,6 @@
 #include "store/ProjectRules.h"
 #include "store/StringTable.h"
 
-
 namespace ProjectCommands {
 
 QList<CommandSpec> specs()
