@@ -12,7 +12,12 @@ DownloaderCmdLineTestController::~DownloaderCmdLineTestController() = default;
 
 void DownloaderCmdLineTestController::launchTestWithURL(const QString& url, const QString& projectName)
 {
-    project_ = Project::createProjectWithName(projectName, url, -1, -1);
+    launchTestWithProject(Project::createProjectWithName(projectName, url, -1, -1));
+}
+
+void DownloaderCmdLineTestController::launchTestWithProject(const std::shared_ptr<Project>& project)
+{
+    project_ = project;
     if (!project_)
         return;
     setProject(project_);

@@ -19,6 +19,8 @@ public:
 
     // Creates the project and queues its crawl; returns at once.
     void launchTestWithURL(const QString& url, const QString& projectName);
+    // Queues the crawl of a project made already; returns at once.
+    void launchTestWithProject(const std::shared_ptr<Project>& project);
 
     OperationQueue* operationsQueue() const { return operationsQueue_.get(); }
     std::shared_ptr<Project> project() const { return project_; }
