@@ -64,8 +64,9 @@ Choice decide(CliContext& context, const ProjectPtr& project, int* status)
     }
     qint64 waiting = 0;
     const Situation situation = CrawlStartDecision::situationForProject(project, &waiting);
+    // A database made afresh for --restart may sit under the counts of the crawl it replaces.
     if (situation == Situation::Fresh)
-        return Choice::Start;
+        return wantRestart ? Choice::Restart : Choice::Start;
     const bool terminal = isatty(STDIN_FILENO) == 1;
     if (situation == Situation::Finished) {
         if (wantRestart)
@@ -192,7 +193,9 @@ int runCrawl(CliContext& context)
     if (!settings.parse(parallel, maxRate, &why))
         return failWith(ExitUsage, CliText::tr("CliErrorBadMaxRate"));
     int status = ExitOk;
-    ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
+    const auto need = context.command.flags.contains(QStringLiteral("--restart")) ? ProjectAccess::Need::Restart
+                                                                                   : ProjectAccess::Need::Write;
+    ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), need, &status);
     if (!project)
         return status;
     const auto lock = ProjectLocking::take(project->name(), project->full_sqlite_name(), QStringLiteral("crawl"), &status);

@@ -1418,5 +1418,13 @@ Options :
         <source>cannot create the project &apos;demo&apos; in %1</source>
         <translation>impossible de créer le projet &apos;demo&apos; dans %1</translation>
     </message>
+    <message id="CliErrorDatabaseMissingRestart">
+        <source>the crawl database of &apos;%1&apos; is missing (%2); &apos;crawl %1 --restart&apos; crawls the site afresh</source>
+        <translation>la base d&apos;analyse de &apos;%1&apos; est absente (%2) ; &apos;crawl %1 --restart&apos; analyse le site à nouveau</translation>
+    </message>
+    <message id="CliErrorDatabaseReadOnly">
+        <source>the crawl database of &apos;%1&apos; cannot be written (%2): check the file&apos;s permissions</source>
+        <translation>la base d&apos;analyse de &apos;%1&apos; ne peut pas être écrite (%2) : vérifiez les droits du fichier</translation>
+    </message>
 </context>
 </TS>
