@@ -146,6 +146,7 @@ int crawlAndReport(const ProjectPtr& project, const CrawlSettings& settings)
 {
     ReportCommands::CrawlRunFigures figures;
     QString databaseError;
+    StartPageStop startPageStop;
     {
         OperationQueue queue;
         queue.setMaxConcurrentOperationCount(1);
@@ -168,10 +169,11 @@ int crawlAndReport(const ProjectPtr& project, const CrawlSettings& settings)
         figures.stopped = StopSignal::received();
         figures.endError = controller->endError();
         databaseError = operation->databaseError();
+        startPageStop = operation->startPageStop();
     }
-    CrawlAudit::complete(project, &figures);
+    CrawlAudit::complete(project, startPageStop, &figures);
     ReportCommands::printCrawlReport(project, figures);
-    return CrawlAudit::exitStatus(finalStatus(project, figures, databaseError), figures);
+    return CrawlAudit::exitStatus(project, finalStatus(project, figures, databaseError), figures);
 }
 
 int runCrawl(CliContext& context)
@@ -235,6 +237,7 @@ int runCrawlURL(CliContext& context)
 
     ReportCommands::CrawlRunFigures figures;
     ProjectPtr project;
+    StartPageStop startPageStop;
     {
         auto driver = std::make_shared<DownloaderCmdLineTestController>();
         driver->launchTestWithURL(url, name);
@@ -252,11 +255,12 @@ int runCrawlURL(CliContext& context)
         figures.seconds = double(timer.nsecsElapsed()) / 1e9;
         figures.stopped = StopSignal::received();
         figures.pagesThisRun = qint32(QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project));
+        startPageStop = driver->downloaderOperation()->startPageStop();
     }
     // This driver keeps no page count of its own: report what the queue shows.
     project->setPages_count(figures.pagesThisRun);
     manager->saveContext();
-    CrawlAudit::complete(project, &figures);
+    CrawlAudit::complete(project, startPageStop, &figures);
     ReportCommands::printCrawlReport(project, figures);
     return figures.stopped ? ExitInterrupted : ExitOk;
 }

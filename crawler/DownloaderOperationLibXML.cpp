@@ -375,6 +375,8 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
             noFollow = true;
     }
     if (noIndex && noFollow) {
+        if (url == project_->url())
+            startPageStop_ = StartPageStop{StartPageStop::Kind::NoIndexNoFollow, QString()};
         if (currentPage) {
             currentPage->updateIsNoIndex(true);
             currentPage->updateIsNoFollow(true);
@@ -395,6 +397,8 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         canonical = (!href.isNull() && canonicalComparisonForm(href) == canonicalComparisonForm(url)) ? QString() : href;
     }
     if (!canonical.isNull()) {
+        if (url == project_->url())
+            startPageStop_ = StartPageStop{StartPageStop::Kind::Canonical, canonical};
         if (currentPage) {
             currentPage->updateIsCanonical(true);
             updatePage(currentPage, title);

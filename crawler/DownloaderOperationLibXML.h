@@ -2,6 +2,7 @@
 
 #include "crawler/DownloaderDelegate.h"
 #include "crawler/Operation.h"
+#include "crawler/StartPageStop.h"
 #include "store/QuillmereDownloaderQueue.h"
 
 #include <QList>
@@ -75,6 +76,9 @@ public:
     // Set when the crawl database refused a page's writes (disk full, file gone); the walk
     // then stops.
     QString databaseError() const { return databaseError_; }
+    // Why the start page was left unanalysed in this run, when its tags said so. Read once
+    // the run is over.
+    StartPageStop startPageStop() const { return startPageStop_; }
 
     void main() override;
     void downloadFromWaitingQueue();
@@ -160,4 +164,5 @@ private:
     bool queueCountsKnown_ = false;
     qint64 waitingCount_ = 0;
     qint64 doneCount_ = 0;
+    StartPageStop startPageStop_;
 };
