@@ -1,6 +1,7 @@
 #include "cli/ProjectAccess.h"
 
 #include "cli/CliText.h"
+#include "crawler/CrawlRecordKeeper.h"
 #include "store/DataModelManager.h"
 #include "store/DatabaseFileCheck.h"
 #include "store/Project.h"
@@ -80,6 +81,10 @@ std::shared_ptr<Project> open(CliContext& context, const QString& name, Need nee
         *status = failWith(ExitFailure, CliText::tr("CliErrorDatabaseReadOnly").arg(name, file));
         return nullptr;
     }
+    // What a crawl killed in its end steps left behind in the registry is put right here; only
+    // a command that writes saves it.
+    if (CrawlRecordKeeper::reconcileWithDatabase(project) && need != Need::Read)
+        manager->saveContext(false);
     *status = ExitOk;
     return project;
 }
