@@ -8,6 +8,7 @@
 #include "cli/ProjectLocking.h"
 #include "cli/ReportCommands.h"
 #include "cli/StopSignal.h"
+#include "crawler/CrawlAndVacuum.h"
 #include "crawler/CrawlStartDecision.h"
 #include "crawler/DownloaderCmdLineTestController.h"
 #include "crawler/DownloaderOperationLibXML.h"
@@ -150,16 +151,14 @@ int crawlAndReport(const ProjectPtr& project, const CrawlSettings& settings)
     {
         OperationQueue queue;
         queue.setMaxConcurrentOperationCount(1);
-        auto controller = std::make_shared<CliCrawlController>(project, &queue, true);
-        controller->setSelf(controller);
+        auto controller = std::make_shared<CliCrawlController>(project);
         std::shared_ptr<DownloaderDelegate> delegate(controller, static_cast<DownloaderDelegate*>(controller.get()));
+        std::shared_ptr<VacuumCleanerDelegate> cleaner(controller, static_cast<VacuumCleanerDelegate*>(controller.get()));
         auto operation = DownloaderOperationLibXML::initWithProject(project, delegate);
         settings.applyTo(*operation);
-        controller->setStopFlag(operation->canContinueFlag(), &StopSignal::received);
         QEventLoop loop;
-        controller->setFinishedHandler([&loop] { loop.quit(); });
         StopSignal::install(operation->canContinueFlag());
-        queue.addOperation(operation);
+        CrawlAndVacuum::start(&queue, operation, project, cleaner, {}, [&loop] { loop.quit(); });
         loop.exec();
         queue.waitUntilAllOperationsAreFinished();
         StopSignal::uninstall();
@@ -277,8 +276,7 @@ int runVacuum(CliContext& context)
     qint64 cleaned = 0;
     {
         OperationQueue queue;
-        auto controller = std::make_shared<CliCrawlController>(project, &queue, false);
-        controller->setSelf(controller);
+        auto controller = std::make_shared<CliCrawlController>(project);
         std::shared_ptr<VacuumCleanerDelegate> delegate(controller, static_cast<VacuumCleanerDelegate*>(controller.get()));
         QEventLoop loop;
         controller->setFinishedHandler([&loop] { loop.quit(); });

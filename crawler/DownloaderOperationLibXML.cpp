@@ -110,7 +110,8 @@ QString DownloaderOperationLibXML::firstURLErrorMessage()
 
 void DownloaderOperationLibXML::main()
 {
-    setCanContinue(true);
+    // The flag is not set again here: a stop asked for before the run began holds, and the
+    // run goes straight to its end steps.
     downloaderDidStart();
     if (!isContinueMode_) {
         QuillmereDownloaderQueue::createDownloaderQueueWithURL(project_->url(), QStringLiteral("/"),

@@ -38,7 +38,8 @@ public:
     static std::shared_ptr<DownloaderOperationLibXML>
     initForContinueWithProject(std::shared_ptr<Project> project, std::shared_ptr<DownloaderDelegate> delegate);
 
-    // The stop flag: the only value written from another thread while the crawl runs.
+    // The stop flag: the only value written from another thread while the crawl runs. It
+    // starts set, so that a stop asked for before the run begins is kept.
     bool canContinue() const { return canContinue_.load(); }
     void setCanContinue(bool value) { canContinue_.store(value); }
     // Where a signal handler may clear the flag (lock-free atomic).
@@ -136,7 +137,7 @@ private:
     QByteArray fetchPage(const QString& url, const QUrl& origin);
     void fetchAheadFrom(const QList<QuillmereDownloaderQueuePtr>& batch, qsizetype next);
 
-    std::atomic<bool> canContinue_{false};
+    std::atomic<bool> canContinue_{true};
     bool isPossibleFirstURLError_ = false;
     bool isContinueMode_ = false;
     qint32 htmlFileCounter_ = 1;
