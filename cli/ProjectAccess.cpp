@@ -57,7 +57,7 @@ std::shared_ptr<Project> open(CliContext& context, const QString& name, Need nee
         return nullptr;
     }
     QString why;
-    sqlite3* db = need == Need::Read ? (project->openSQLiteDatabaseForReading(&why) ? project->sqlite3Database() : nullptr)
+    sqlite3* db = need == Need::Read ? (project->openSQLiteDatabaseForReading() ? project->sqlite3Database() : nullptr)
                                      : project->sqlite3Database();
     if (!db || !DatabaseFileCheck::hasCrawlTables(db, &why)) {
         project->closeSQLiteDatabase();

@@ -258,10 +258,10 @@ bool Project::openSQLiteDatabase()
     return database_ != nullptr;
 }
 
-bool Project::openSQLiteDatabaseForReading(QString* why)
+bool Project::openSQLiteDatabaseForReading()
 {
     closeSQLiteDatabase();
-    sqlite3* handle = ReadOnlyDatabase::open(full_sqlite_name(), why);
+    sqlite3* handle = ReadOnlyDatabase::open(full_sqlite_name());
     database_ = std::make_shared<SQLite3Wrapper>(handle);
     return handle != nullptr;
 }

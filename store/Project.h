@@ -82,8 +82,8 @@ public:
     sqlite3* sqlite3Database();
     bool openSQLiteDatabase();
     // For a command that only reads: the file is opened read-only and left as it is (see
-    // ReadOnlyDatabase). False, with why, when it cannot be read.
-    bool openSQLiteDatabaseForReading(QString* why);
+    // ReadOnlyDatabase). False when it cannot be read.
+    bool openSQLiteDatabaseForReading();
     void closeSQLiteDatabase();
     void truncateSQLiteDatabase();
     void deleteSQLiteDatabase();

@@ -109,14 +109,11 @@ void addEmptyFetchLogWhenMissing(sqlite3* db)
 
 } // namespace
 
-sqlite3* ReadOnlyDatabase::open(const QString& path, QString* why)
+sqlite3* ReadOnlyDatabase::open(const QString& path)
 {
     const QFileInfo info(path);
-    if (!info.exists() || info.size() == 0) {
-        if (why)
-            *why = info.exists() ? QStringLiteral("the file is empty") : QStringLiteral("the file is missing");
+    if (!info.exists() || info.size() == 0)
         return nullptr;
-    }
     const bool wal = exists(path + QStringLiteral("-wal"));
     const bool shm = exists(path + QStringLiteral("-shm"));
     const bool journal = exists(path + QStringLiteral("-journal"));

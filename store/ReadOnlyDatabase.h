@@ -19,5 +19,5 @@ struct sqlite3;
 // only. Answers null when the file is missing, empty or cannot be opened.
 class ReadOnlyDatabase {
 public:
-    static sqlite3* open(const QString& path, QString* why);
+    static sqlite3* open(const QString& path);
 };
