@@ -110,7 +110,8 @@ QString DownloaderOperationLibXML::firstURLErrorMessage()
 
 void DownloaderOperationLibXML::main()
 {
-    setCanContinue(true);
+    // The flag is not set again here: a stop asked for before the run began holds, and the
+    // run goes straight to its end steps.
     downloaderDidStart();
     if (!isContinueMode_) {
         QuillmereDownloaderQueue::createDownloaderQueueWithURL(project_->url(), QStringLiteral("/"),
@@ -375,6 +376,8 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
             noFollow = true;
     }
     if (noIndex && noFollow) {
+        if (url == project_->url())
+            startPageStop_ = StartPageStop{StartPageStop::Kind::NoIndexNoFollow, QString()};
         if (currentPage) {
             currentPage->updateIsNoIndex(true);
             currentPage->updateIsNoFollow(true);
@@ -395,6 +398,8 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         canonical = (!href.isNull() && canonicalComparisonForm(href) == canonicalComparisonForm(url)) ? QString() : href;
     }
     if (!canonical.isNull()) {
+        if (url == project_->url())
+            startPageStop_ = StartPageStop{StartPageStop::Kind::Canonical, canonical};
         if (currentPage) {
             currentPage->updateIsCanonical(true);
             updatePage(currentPage, title);
