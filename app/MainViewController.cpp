@@ -14,6 +14,7 @@
 #include "app/SplitView.h"
 #include "app/WebPreviewPage.h"
 #include "crawler/CrawlAndVacuum.h"
+#include "crawler/CrawlRecordKeeper.h"
 #include "crawler/CrawlStartDecision.h"
 #include "crawler/DownloaderOperationLibXML.h"
 #include "crawler/OperationQueue.h"
@@ -22,6 +23,7 @@
 #include "store/Localization.h"
 #include "store/PageFilter.h"
 #include "store/Project.h"
+#include "store/DataModelManager.h"
 #include "store/ProjectCatalog.h"
 #include "store/ProjectLock.h"
 #include "store/StringTable.h"
@@ -123,6 +125,7 @@ void MainViewController::setPageFilterWindowController(PagesFilterWindowControll
 
 void MainViewController::populateCurrentProject(const std::shared_ptr<Project>& project)
 {
+    reconcileWithDatabase(project);
     progressView_->setCurrentProject(project);
     documentsView_->setCurrentProject(project);
     linksView_->setCurrentProject(project);
@@ -174,7 +177,12 @@ void MainViewController::startCrawlerForProject(const std::shared_ptr<Project>& 
     if (!currentProject_)
         return;
     if (!lockCurrentProject()) {
+        // The end of the run counts the pages of the project shown: one deleted elsewhere
+        // is taken off first, or that count would make its database again.
+        if (lockRefusedAsGone_)
+            progressView_->setCurrentProject(nullptr);
         progressView_->actionStop();
+        leaveProjectDeletedElsewhere();
         return;
     }
     const Situation situation = CrawlStartDecision::situationForProject(currentProject_);
@@ -208,6 +216,23 @@ void MainViewController::startCrawlerForProject(const std::shared_ptr<Project>& 
     displayProgressView();
 }
 
+// A crawl killed in its end steps left the registry's count and depth behind its crawl
+// database: put them right as the project is shown, unless another program is crawling it now
+// (its own saves will).
+void MainViewController::reconcileWithDatabase(const std::shared_ptr<Project>& project)
+{
+    if (!project)
+        return;
+    AppDelegate* app = AppDelegate::sharedAppDelegate();
+    DataModelManager* manager = app ? app->dataModelManager() : nullptr;
+    if (!manager)
+        return;
+    ProjectCatalog catalog(*manager, StringTable::forLanguage(StringTable::Language::French));
+    const ProjectCatalog::Result held = catalog.lock(*project, QStringLiteral("quillmere-gui"));
+    if (held.done() && CrawlRecordKeeper::reconcileWithDatabase(project))
+        manager->saveContext();
+}
+
 // A command-line crawl, vacuum or delete of the same project, or another window, takes the
 // same lock: the second one is refused, with the process that holds it.
 bool MainViewController::lockCurrentProject()
@@ -227,7 +252,16 @@ bool MainViewController::lockCurrentProject()
         return true;
     }
     ProjectRefusalAlert::show(locked, window());
+    lockRefusedAsGone_ = locked.outcome == ProjectCatalog::Outcome::Gone;
     return false;
+}
+
+void MainViewController::leaveProjectDeletedElsewhere()
+{
+    // Deleted by another program while shown here: nothing of it may be crawled any more.
+    if (lockRefusedAsGone_)
+        projectWasDeleted(currentProject_);
+    lockRefusedAsGone_ = false;
 }
 
 void MainViewController::projectWasDeleted(const std::shared_ptr<Project>& project)
@@ -265,6 +299,7 @@ void MainViewController::startVacuumForProject(const std::shared_ptr<Project>& p
     currentProject_ = project;
     if (currentProject_ && !lockCurrentProject()) {
         vacuumCleanerDidEnd();
+        leaveProjectDeletedElsewhere();
         return;
     }
     std::shared_ptr<VacuumCleanerDelegate> delegate(std::shared_ptr<void>(), static_cast<VacuumCleanerDelegate*>(this));

@@ -108,7 +108,9 @@ Q_SIGNALS:
 private:
     void awakeFromNib();
     void queueCrawler();
+    void reconcileWithDatabase(const std::shared_ptr<Project>& project);
     bool lockCurrentProject();
+    void leaveProjectDeletedElsewhere();
     template <typename T>
     void replaceSheet(QPointer<T>& slot, T* controller);
 
@@ -128,4 +130,5 @@ private:
     std::shared_ptr<VacuumCleanerOperation> vacuumOperation_;
     // Held from the start of a crawl to the end of the vacuum that follows it.
     std::unique_ptr<ProjectLock> projectLock_;
+    bool lockRefusedAsGone_ = false;
 };

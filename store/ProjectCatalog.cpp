@@ -3,6 +3,8 @@
 #include "store/DataModelManager.h"
 #include "store/DebugTrace.h"
 #include "store/ManagedObjectContext.h"
+#include "store/ManagedObjectModel.h"
+#include "store/PersistentStoreCoordinator.h"
 #include "store/Project.h"
 #include "store/ProjectFilePaths.h"
 #include "store/ProjectRules.h"
@@ -11,6 +13,8 @@
 
 #include <QFile>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace {
 // What SQLite may leave beside a database: its write-ahead log, shared memory and journal.
@@ -55,8 +59,31 @@ ProjectCatalog::Result ProjectCatalog::lock(const Project& project, const QStrin
         result.lockRefusal.emplace(*result.lock, taken, project.name());
         result.why = result.lockRefusal->line(text_);
         result.lock.reset();
+        return result;
+    }
+    // Checked under the lock: a delete elsewhere takes the same lock before it removes files.
+    if (!isStillRegistered(project)) {
+        result.lock.reset();
+        return refused(Outcome::Gone, text_.text("ProjectErrorDeletedElsewhere").arg(project.name()));
     }
     return result;
+}
+
+bool ProjectCatalog::isStillRegistered(const Project& project) const
+{
+    // Not saved yet: its row is still to come.
+    if (project.isInserted() || project.objectID() == 0)
+        return true;
+    PersistentStoreCoordinator* coordinator = manager_.persistentStoreCoordinator();
+    const ManagedObjectModel* model = coordinator ? coordinator->managedObjectModel() : nullptr;
+    const EntityDescription* entity = model ? model->entityNamed(QStringLiteral("Project")) : nullptr;
+    if (!entity)
+        return true;  // no store to ask: the registry's own error is shown elsewhere
+    AppError error;
+    const auto rows = coordinator->fetchRows(*entity, &error);
+    if (!rows)
+        return true;  // an unreadable registry is not a deleted row
+    return std::any_of(rows->begin(), rows->end(), [&](const StoreRow& row) { return row.primaryKey == project.objectID(); });
 }
 
 QStringList ProjectCatalog::projectFiles(const QString& name, const QString& sqliteName) const

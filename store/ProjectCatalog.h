@@ -26,6 +26,7 @@ public:
         InUse,             // the project's lock is held elsewhere, or its file cannot be made
         StoreUnavailable,  // the registry could not be opened (its error has been presented)
         NotSaved,          // the registry could not be saved: nothing changed
+        Gone,              // another program deleted the project from the registry meanwhile
     };
     struct Result {
         Outcome outcome = Outcome::Done;
@@ -47,7 +48,9 @@ public:
     // The refusal for such a row.
     QString filesOutsideText(const QString& name, const QString& escaping) const;
 
-    // Takes the project's lock for `purpose` ("quillmere crawl"), after the guard.
+    // Takes the project's lock for `purpose` ("quillmere crawl"), after the guard; once held,
+    // the project must still be in the registry (Gone otherwise): a program that shows a project
+    // for long may hold a row another program has deleted since.
     Result lock(const Project& project, const QString& purpose) const;
 
     // Checks the name and the URL (stored in its normal form), then, with the registry held
@@ -65,6 +68,7 @@ public:
     QStringList projectFiles(const QString& name, const QString& sqliteName) const;
 
 private:
+    bool isStillRegistered(const Project& project) const;
     Result refused(Outcome outcome, const QString& why) const;
     void removeDatabaseFiles(const QString& databasePath) const;
 

@@ -1464,6 +1464,10 @@ Options :
         <source>the crawl database of &apos;%1&apos; cannot be written (%2): check the file&apos;s permissions</source>
         <translation>la base d&apos;analyse de &apos;%1&apos; ne peut pas être écrite (%2) : vérifiez les droits du fichier</translation>
     </message>
+    <message id="ProjectErrorDeletedElsewhere">
+        <source>the project &apos;%1&apos; is no longer in the registry: another program deleted it</source>
+        <translation>le projet « %1 » n&apos;est plus dans le registre : un autre programme l&apos;a supprimé</translation>
+    </message>
     <message id="CliFailOnBrokenStartPage">
         <source>the start page %1 could not be checked (%2): nothing of the site was</source>
         <translation>la page de départ %1 n&apos;a pas pu être vérifiée (%2) : rien du site ne l&apos;a été</translation>

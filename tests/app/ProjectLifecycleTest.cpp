@@ -204,7 +204,7 @@ TEST(ProjectLifecycle, TheNewProjectSheetRefusesANameInUseOrWithControlCharacter
 
     create("site", "http://127.0.0.1:9/second");
     ASSERT_EQ(Alert::shownAlerts().size(), 1);
-    EXPECT_EQ(Alert::shownAlerts().first().messageText, QStringLiteral("un projet nommé 'site' existe déjà"));
+    EXPECT_EQ(Alert::shownAlerts().first().messageText, QStringLiteral("Un projet nommé 'site' existe déjà."));
     EXPECT_EQ(registryRows(app.dir.path() + "/Quillmere.storedata", "site"), 1);
     EXPECT_EQ(Project::getProjectWithName("site")->url(), "http://127.0.0.1:9/first");
     EXPECT_EQ(app.documentsView()->currentProject(), first);
@@ -272,4 +272,92 @@ TEST(ProjectLifecycle, DeletingTheOpenProjectClosesItInTheWindow)
     ASSERT_TRUE(app.documentsView()->currentProject());
     EXPECT_EQ(app.documentsView()->currentProject()->name(), "alpha");
     EXPECT_TRUE(app.progressView()->buttonLancer()->isEnabled());
+}
+
+TEST(ProjectLifecycle, AProjectAnotherProgramDeletedIsNotCrawledBackIntoBeing)
+{
+    LaunchedApp app;
+    ProjectPtr shown = app.createAndShowProject("site", "http://127.0.0.1:9");
+    shown->closeSQLiteDatabase();
+    const QString database = app.dir.path() + "/site.sqlite";
+    ASSERT_TRUE(QFileInfo::exists(database));
+
+    // The command line deletes it while the window still shows it.
+    CliProcess deletion({"delete", "site"}, app.dir.path());
+    ASSERT_TRUE(deletion.started());
+    ASSERT_TRUE(deletion.wait(60000));
+    ASSERT_EQ(deletion.exitCode(), 0) << deletion.err().toStdString();
+    ASSERT_FALSE(QFileInfo::exists(database));
+
+    Alert::queueAnswer(Alert::FirstButtonReturn);
+    app.progressView()->buttonLancer()->click();
+    ASSERT_EQ(Alert::shownAlerts().size(), 1);
+    EXPECT_EQ(Alert::shownAlerts().first().messageText,
+              QStringLiteral("Le projet « site » n'est plus dans le registre : un autre programme l'a supprimé."));
+    EXPECT_FALSE(app.controller()->downloaderOperation());
+    EXPECT_FALSE(QFileInfo::exists(database));
+    EXPECT_EQ(registryRows(app.dir.path() + "/Quillmere.storedata", "site"), 0);
+    // It leaves the window.
+    EXPECT_FALSE(app.documentsView()->currentProject());
+    EXPECT_FALSE(app.controller()->currentProject());
+    EXPECT_FALSE(app.progressView()->buttonLancer()->isEnabled());
+}
+
+namespace {
+int registryNumber(const QString& storePath, const QString& name, const char* column)
+{
+    sqlite3* db = nullptr;
+    int value = -1;
+    if (sqlite3_open_v2(storePath.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
+        sqlite3_stmt* s = nullptr;
+        const QByteArray sql = QByteArray("select ") + column + " from Project where name=?";
+        if (sqlite3_prepare_v2(db, sql.constData(), -1, &s, nullptr) == SQLITE_OK) {
+            const QByteArray utf8 = name.toUtf8();
+            sqlite3_bind_text(s, 1, utf8.constData(), -1, SQLITE_TRANSIENT);
+            if (sqlite3_step(s) == SQLITE_ROW)
+                value = sqlite3_column_int(s, 0);
+        }
+        sqlite3_finalize(s);
+    }
+    sqlite3_close(db);
+    return value;
+}
+} // namespace
+
+TEST(ProjectLifecycle, OpeningAProjectWhoseCrawlDiedInItsEndStepsPutsTheRegistryRight)
+{
+    LaunchedApp app;
+    LocalHttpServer server;
+    SlowTestSite::serve(server, 0);
+    ASSERT_TRUE(server.start());
+    const QString store = app.dir.path() + "/Quillmere.storedata";
+    CliProcess made({"new", "site", QString::fromStdString(server.baseUrl())}, app.dir.path());
+    ASSERT_TRUE(made.wait(60000));
+    ASSERT_EQ(made.exitCode(), 0) << made.err().toStdString();
+    CliProcess crawl({"crawl", "site", "--parallel", "1"}, app.dir.path());
+    ASSERT_TRUE(crawl.wait(120000));
+    ASSERT_EQ(crawl.exitCode(), 0) << crawl.err().toStdString();
+    const int pages = registryNumber(store, "site", "pages_count");
+    const int depth = registryNumber(store, "site", "max_depth");
+    ASSERT_GT(pages, 3);
+    ASSERT_GT(depth, 1);
+
+    // As a crawl killed after its last page and before its end steps leaves it: no stop date,
+    // the count and depth of a save made during the walk.
+    {
+        sqlite3* db = nullptr;
+        ASSERT_EQ(sqlite3_open(store.toUtf8().constData(), &db), SQLITE_OK);
+        ASSERT_EQ(sqlite3_exec(db, "update Project set crawler_stop_date = null, pages_count = 2, max_depth = 1",
+                               nullptr, nullptr, nullptr),
+                  SQLITE_OK);
+        sqlite3_close(db);
+    }
+
+    ProjectPtr project = Project::getProjectWithName("site");
+    ASSERT_TRUE(project);
+    app.app()->openProjectValidateWithController(nullptr, project);
+    EXPECT_EQ(app.progressView()->textFieldPageAnalysees()->text(), QString::number(pages));
+    EXPECT_EQ(app.progressView()->textFieldDepth()->text(), QString::number(depth));
+    EXPECT_EQ(registryNumber(store, "site", "pages_count"), pages);
+    EXPECT_EQ(registryNumber(store, "site", "max_depth"), depth);
 }
