@@ -19,6 +19,8 @@ namespace {
 struct Command {
     CommandSpec spec;
     std::function<int(CliContext&)> run;
+    // Reads the data directory and changes nothing in it.
+    bool readsOnly = false;
 };
 
 QList<Command> commands()
@@ -26,21 +28,21 @@ QList<Command> commands()
     QList<Command> list;
     const auto projectSpecs = ProjectCommands::specs();
     list.append({projectSpecs[0], ProjectCommands::runNew});
-    list.append({projectSpecs[1], ProjectCommands::runProjects});
+    list.append({projectSpecs[1], ProjectCommands::runProjects, true});
     list.append({projectSpecs[2], ProjectCommands::runDelete});
     const auto crawlSpecs = CrawlCommands::specs();
     list.append({crawlSpecs[0], CrawlCommands::runCrawl});
     list.append({crawlSpecs[1], CrawlCommands::runCrawlURL});
     list.append({crawlSpecs[2], CrawlCommands::runVacuum});
     const auto reportSpecs = ReportCommands::specs();
-    list.append({reportSpecs[0], ReportCommands::runShow});
-    list.append({reportSpecs[1], ReportCommands::runPages});
-    list.append({reportSpecs[2], ReportCommands::runLinks});
+    list.append({reportSpecs[0], ReportCommands::runShow, true});
+    list.append({reportSpecs[1], ReportCommands::runPages, true});
+    list.append({reportSpecs[2], ReportCommands::runLinks, true});
     const auto auditSpecs = AuditCommands::specs();
-    list.append({auditSpecs[0], AuditCommands::runBroken});
-    list.append({auditSpecs[1], AuditCommands::runRedirects});
-    list.append({auditSpecs[2], AuditCommands::runSitemap});
-    list.append({CheckCommand::spec(), CheckCommand::run});
+    list.append({auditSpecs[0], AuditCommands::runBroken, true});
+    list.append({auditSpecs[1], AuditCommands::runRedirects, true});
+    list.append({auditSpecs[2], AuditCommands::runSitemap, true});
+    list.append({CheckCommand::spec(), CheckCommand::run, true});
     list.append({DemoCommand::spec(), DemoCommand::run});
     return list;
 }
@@ -81,6 +83,10 @@ int main(int argc, char** argv)
     if (!dataDir.isEmpty())
         DataModelManager::setDataDirectoryOverride(dataDir);
 
+    for (const auto& c : all) {
+        if (c.spec.name == context.command.command)
+            DataModelManager::setReadOnly(c.readsOnly);
+    }
     CliErrorPresenter presenter;
     CoreAppDelegate appDelegate(&presenter);
     context.appDelegate = &appDelegate;

@@ -21,6 +21,7 @@
 
 namespace {
 QString g_dataDirectoryOverride;
+bool g_readOnly = false;
 
 const char* const kSchema[] = {
     "create table Page (idt integer primary key autoincrement,path text not null, page text not null, title text not null, url text not null,is_no_index integer,is_no_follow integer,is_canonical integer,in_link_count integer,out_link_count integer,depth integer,weight real)",
@@ -86,7 +87,8 @@ DataModelManager::DataModelManager(ApplicationDelegate* appDelegate) : appDelega
     (void)configured;
     // The log folder: "Logs" in the application files directory, created on the spot.
     defaultLogFolder_ = appendComponent(applicationFilesDirectory(), QStringLiteral("Logs"));
-    QDir().mkpath(defaultLogFolder_);
+    if (!g_readOnly)
+        QDir().mkpath(defaultLogFolder_);
 }
 
 DataModelManager::~DataModelManager() = default;
@@ -94,6 +96,16 @@ DataModelManager::~DataModelManager() = default;
 void DataModelManager::setDataDirectoryOverride(const QString& directory)
 {
     g_dataDirectoryOverride = directory;
+}
+
+void DataModelManager::setReadOnly(bool readOnly)
+{
+    g_readOnly = readOnly;
+}
+
+bool DataModelManager::isReadOnly()
+{
+    return g_readOnly;
 }
 
 QString DataModelManager::applicationIdentifier()
@@ -139,6 +151,17 @@ PersistentStoreCoordinator* DataModelManager::persistentStoreCoordinator()
 
     const QString directory = applicationFilesDirectory();
     QFileInfo info(directory);
+    if (g_readOnly && !info.exists()) {
+        // Nothing to read, and nothing to make: an empty registry.
+        auto coordinator = std::make_unique<PersistentStoreCoordinator>(model);
+        AppError error;
+        if (!coordinator->addReadOnlySQLiteStoreAtPath(storeFilePath(), &error)) {
+            appDelegate_->presentError(error);
+            return nullptr;
+        }
+        persistentStoreCoordinator_ = std::move(coordinator);
+        return persistentStoreCoordinator_.get();
+    }
     if (!info.exists()) {
         if (!QDir().mkpath(directory)) {
             const int err = errno;
@@ -158,7 +181,9 @@ PersistentStoreCoordinator* DataModelManager::persistentStoreCoordinator()
 
     auto coordinator = std::make_unique<PersistentStoreCoordinator>(model);
     AppError error;
-    if (!coordinator->addSQLiteStoreAtPath(storeFilePath(), &error)) {
+    const bool added = g_readOnly ? coordinator->addReadOnlySQLiteStoreAtPath(storeFilePath(), &error)
+                                  : coordinator->addSQLiteStoreAtPath(storeFilePath(), &error);
+    if (!added) {
         appDelegate_->presentError(error);
         return nullptr;
     }

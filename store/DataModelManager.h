@@ -21,6 +21,11 @@ public:
     // The application files directory: --data-dir, else $QUILLMERE_DATA_DIR, else
     // $XDG_DATA_HOME (default ~/.local/share) + the application identifier.
     static void setDataDirectoryOverride(const QString& directory);
+    // For a program that only reads: nothing is created in the application files directory
+    // (no folder, no "Logs", no registry file: a missing registry reads as an empty one) and
+    // the registry is opened read-only. Set before the manager is made.
+    static void setReadOnly(bool readOnly);
+    static bool isReadOnly();
     static QString applicationIdentifier();
     QString applicationFilesDirectory() const;
     // The registry store: "Quillmere.storedata" in the application files directory.

@@ -67,6 +67,21 @@ QString sqlType(Type t)
     return t == Type::String ? QStringLiteral("text") : QStringLiteral("integer");
 }
 
+QString createTableStatement(const EntityDescription& entity)
+{
+    QStringList columns{QStringLiteral("Z_PK integer primary key autoincrement")};
+    for (const auto& a : entity.persistentAttributes())
+        columns << a.name + QLatin1Char(' ') + sqlType(a.type);
+    return QStringLiteral("create table if not exists %1 (%2)").arg(entity.name, columns.join(QLatin1Char(',')));
+}
+
+bool hasColumn(sqlite3* db, const QString& table, const QString& column)
+{
+    Statement probe;
+    const QString sql = QStringLiteral("select %1 from %2 limit 0").arg(column, table);
+    return sqlite3_prepare_v2(db, sql.toUtf8().constData(), -1, &probe.stmt, nullptr) == SQLITE_OK;
+}
+
 bool hasTable(sqlite3* db, const QString& name)
 {
     Statement s;
@@ -135,21 +150,58 @@ bool PersistentStoreCoordinator::addSQLiteStoreAtPath(const QString& path, AppEr
     for (const auto& entity : model_->entities) {
         if (existing && !hasTable(db_, entity.name))
             return failDamaged(QStringLiteral("its %1 table is missing").arg(entity.name));
-        QStringList columns{QStringLiteral("Z_PK integer primary key autoincrement")};
-        for (const auto& a : entity.persistentAttributes())
-            columns << a.name + QLatin1Char(' ') + sqlType(a.type);
-        const QString ddl = QStringLiteral("create table if not exists %1 (%2)").arg(entity.name, columns.join(QLatin1Char(',')));
-        if (sqlite3_exec(db_, ddl.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
+        if (sqlite3_exec(db_, createTableStatement(entity).toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
             return fail(cannotOpen);
         // A store written by an older build may miss columns added since: add them.
         for (const auto& a : entity.persistentAttributes()) {
-            Statement probe;
-            const QString sql = QStringLiteral("select %1 from %2 limit 0").arg(a.name, entity.name);
-            if (sqlite3_prepare_v2(db_, sql.toUtf8().constData(), -1, &probe.stmt, nullptr) == SQLITE_OK)
+            if (hasColumn(db_, entity.name, a.name))
                 continue;
             const QString alter = QStringLiteral("alter table %1 add column %2 %3").arg(entity.name, a.name, sqlType(a.type));
             if (sqlite3_exec(db_, alter.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
                 return fail(cannotOpen);
+        }
+    }
+    return true;
+}
+
+bool PersistentStoreCoordinator::addReadOnlySQLiteStoreAtPath(const QString& path, AppError* error)
+{
+    path_ = path;
+    auto fail = [&](const QString& what, const QString& why = QString()) {
+        if (error) {
+            *error = storeError(what);
+            if (!why.isEmpty())
+                error->localizedFailureReason = why;
+        }
+        sqlite3_close(db_);
+        db_ = nullptr;
+        return false;
+    };
+    const QString cannotOpen = QStringLiteral("The project registry could not be opened (%1).").arg(path);
+    if (QFileInfo(path).size() == 0) {
+        // No registry yet: an empty one in memory, so that nothing is written to make it.
+        if (sqlite3_open_v2(":memory:", &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX, nullptr)
+            != SQLITE_OK)
+            return fail(cannotOpen);
+        for (const auto& entity : model_->entities) {
+            if (sqlite3_exec(db_, createTableStatement(entity).toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
+                return fail(cannotOpen);
+        }
+        return true;
+    }
+    if (sqlite3_open_v2(path.toUtf8().constData(), &db_, SQLITE_OPEN_READONLY | SQLITE_OPEN_FULLMUTEX, nullptr) != SQLITE_OK)
+        return fail(cannotOpen);
+    sqlite3_busy_timeout(db_, 5000);
+    const QString damaged = QStringLiteral("The project registry is damaged (%1).").arg(path);
+    QString problem;
+    if (!DatabaseFileCheck::quickCheck(db_, &problem))
+        return DatabaseFileCheck::isBusy(sqlite3_errcode(db_)) ? fail(cannotOpen) : fail(damaged, problem);
+    for (const auto& entity : model_->entities) {
+        if (!hasTable(db_, entity.name))
+            return fail(damaged, QStringLiteral("its %1 table is missing").arg(entity.name));
+        for (const auto& a : entity.persistentAttributes()) {
+            if (!hasColumn(db_, entity.name, a.name))
+                unwrittenColumns_.insert(a.name);
         }
     }
     return true;
@@ -160,7 +212,7 @@ std::optional<QList<StoreRow>> PersistentStoreCoordinator::fetchRows(const Entit
     const auto attributes = entity.persistentAttributes();
     QStringList names{QStringLiteral("Z_PK")};
     for (const auto& a : attributes)
-        names << a.name;
+        names << (unwrittenColumns_.contains(a.name) ? QStringLiteral("null") : a.name);
     const QString sql = QStringLiteral("select %1 from %2 order by Z_PK").arg(names.join(QLatin1Char(',')), entity.name);
     Statement s;
     if (!db_ || sqlite3_prepare_v2(db_, sql.toUtf8().constData(), -1, &s.stmt, nullptr) != SQLITE_OK) {

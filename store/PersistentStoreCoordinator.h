@@ -4,6 +4,7 @@
 #include "store/ManagedObjectModel.h"
 
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QVariantMap>
 
@@ -37,6 +38,10 @@ public:
 
     // Opens (or creates) the store file and its tables. On failure nothing is kept.
     bool addSQLiteStoreAtPath(const QString& path, AppError* error);
+    // Opens the store file read-only and changes nothing in it: a missing or empty file is an
+    // empty registry (held in memory), columns an older build did not write read as unset.
+    // Saving then fails.
+    bool addReadOnlySQLiteStoreAtPath(const QString& path, AppError* error);
 
     std::optional<QList<StoreRow>> fetchRows(const EntityDescription& entity, AppError* error);
     std::optional<qint64> countRows(const EntityDescription& entity, AppError* error);
@@ -50,4 +55,5 @@ private:
     const ManagedObjectModel* model_;
     QString path_;
     sqlite3* db_ = nullptr;
+    QSet<QString> unwrittenColumns_;  // read-only: attributes the file has no column for
 };

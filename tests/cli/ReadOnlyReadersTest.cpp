@@ -270,3 +270,51 @@ TEST_F(ReadOnlyReaders, AMissingDatabaseIsNotMadeAfreshByContinueOrVacuum)
 }
 
 } // namespace
+
+// Commands that only read make nothing: not the data directory, not its "Logs" folder, not an
+// empty registry.
+TEST(ReadOnlyReadersWithoutRegistry, ADataDirectoryThatDoesNotExistIsNotMade)
+{
+    QTemporaryDir parent;
+    ASSERT_TRUE(parent.isValid());
+    const QString absent = parent.path() + "/data";
+    const CliResult projects = runCli({"projects"}, absent);
+    EXPECT_EQ(projects.exitCode, 0) << projects.err.toStdString();
+    EXPECT_TRUE(projects.out.contains("No projects")) << projects.out.toStdString();
+    for (const char* command : {"show", "pages", "links", "broken", "redirects", "sitemap", "check"}) {
+        QStringList arguments{command, "site"};
+        if (QString(command) == "links")
+            arguments << "http://127.0.0.1:9/";
+        const CliResult r = runCli(arguments, absent);
+        EXPECT_EQ(r.exitCode, 2) << command << ": " << r.err.toStdString();
+        EXPECT_TRUE(r.err.contains("no project named 'site'")) << command << ": " << r.err.toStdString();
+    }
+    EXPECT_FALSE(QFileInfo::exists(absent));
+
+    // An empty directory stays empty.
+    ASSERT_TRUE(QDir().mkpath(absent));
+    EXPECT_EQ(runCli({"projects"}, absent).exitCode, 0);
+    EXPECT_EQ(runCli({"show", "site"}, absent).exitCode, 2);
+    EXPECT_TRUE(QDir(absent).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden).isEmpty());
+}
+
+// A registry written before a column was added is read as it is: the column reads as unset,
+// and the file is not altered to add it.
+TEST_F(ReadOnlyReaders, ARegistryOfAnEarlierBuildIsReadWithoutBeingAltered)
+{
+    const QString store = dir.path() + "/Quillmere.storedata";
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(QFile::encodeName(store).constData(), &db), SQLITE_OK);
+    ASSERT_TRUE(exec(db, "alter table Project drop column explore_sitewides"));
+    sqlite3_close(db);
+    const auto before = filesOf(dir.path());
+
+    const CliResult projects = run({"projects"});
+    EXPECT_EQ(projects.exitCode, 0) << projects.err.toStdString();
+    EXPECT_TRUE(projects.out.contains("site")) << projects.out.toStdString();
+    readAll("earlier registry");
+
+    EXPECT_EQ(filesOf(dir.path()), before);
+    EXPECT_EQ(oneText(store, "select count(*) from pragma_table_info('Project') where name='explore_sitewides'"),
+              QStringLiteral("0"));
+}
