@@ -2,12 +2,11 @@
 
 #include "cli/CliText.h"
 #include "cli/CrawlCommands.h"
-#include "cli/ProjectLocking.h"
 #include "demo/DemoProject.h"
 #include "demo/DemoServer.h"
 #include "store/DataModelManager.h"
 #include "store/Project.h"
-#include "store/ProjectLock.h"
+#include "store/StringTable.h"
 
 namespace DemoCommand {
 
@@ -22,13 +21,6 @@ int run(CliContext& context)
     DataModelManager* manager = context.appDelegate->dataModelManager();
     if (!manager->managedObjectContext())
         return ExitUsage;
-    // Taken before the old project is replaced: another demo may be crawling it.
-    int status = ExitOk;
-    const auto lock = ProjectLocking::take(DemoProject::name(),
-                                           manager->fullSQLite3FileNameWithProjectName(DemoProject::name() + QStringLiteral(".sqlite")),
-                                           QStringLiteral("demo"), &status);
-    if (!lock)
-        return status;
     int port = 0;
     if (context.command.values.contains(QStringLiteral("--port"))) {
         bool ok = false;
@@ -43,10 +35,15 @@ int run(CliContext& context)
     const QString url = server.baseURL();
     std::fprintf(stderr, "%s\n", qPrintable(CliText::tr("CliDemoServed").arg(url)));
 
-    ProjectPtr project = DemoProject::recreate(url);
-    if (!project)
-        return failWith(ExitUsage, CliText::tr("CliErrorCannotCreateDemo").arg(manager->applicationFilesDirectory()));
-    status = CrawlCommands::crawlAndReport(project);
+    // Held to the end of the crawl: another demo may want the same project.
+    const ProjectCatalog::Result made =
+        DemoProject::recreate(url, StringTable::forLanguage(CliText::language()), QStringLiteral("quillmere demo"));
+    if (made.outcome == ProjectCatalog::Outcome::InUse)
+        return failWith(ExitProjectInUse, made.why);
+    if (!made.done())
+        return failWith(ExitUsage, made.why.isEmpty() ? CliText::tr("CliErrorCannotCreateDemo").arg(manager->applicationFilesDirectory())
+                                                     : made.why);
+    const int status = CrawlCommands::crawlAndReport(made.project);
     server.stop();
     return status;
 }

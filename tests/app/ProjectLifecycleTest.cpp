@@ -4,7 +4,10 @@
 // characters and stores URLs in the form the crawl uses, and a deleted project leaves the window.
 #include "AppTestSupport.h"
 
+#include "app/GuiLaunch.h"
 #include "cli/SlowTestSite.h"
+#include "demo/DemoServer.h"
+#include "support/CliRunner.h"
 #include "support/CliProcess.h"
 #include "support/LocalHttpServer.h"
 
@@ -360,4 +363,47 @@ TEST(ProjectLifecycle, OpeningAProjectWhoseCrawlDiedInItsEndStepsPutsTheRegistry
     EXPECT_EQ(app.progressView()->textFieldDepth()->text(), QString::number(depth));
     EXPECT_EQ(registryNumber(store, "site", "pages_count"), pages);
     EXPECT_EQ(registryNumber(store, "site", "max_depth"), depth);
+}
+
+// --demo starts the demo project afresh: not while another program crawls it.
+TEST(ProjectLifecycle, TheDemoIsNotMadeAfreshUnderACrawlOfIt)
+{
+    LaunchedApp app;
+    LocalHttpServer site;
+    SlowTestSite::serve(site, 80);
+    ASSERT_TRUE(site.start());
+    CliProcess made({"new", "demo", QString::fromStdString(site.baseUrl())}, app.dir.path());
+    ASSERT_TRUE(made.wait(60000));
+    ASSERT_EQ(made.exitCode(), 0) << made.err().toStdString();
+    const QString database = app.dir.path() + "/demo.sqlite";
+    CliProcess crawl({"crawl", "demo"}, app.dir.path());
+    ASSERT_TRUE(crawl.started());
+    for (int i = 0; i < 2000 && site.requestCount() < 3; ++i)
+        QThread::msleep(5);
+    ASSERT_GE(site.requestCount(), 3u);
+
+    DemoServer demo;
+    Alert::queueAnswer(Alert::FirstButtonReturn);
+    EXPECT_FALSE(GuiLaunch::openDemo(demo, app.controller()));
+    demo.stop();
+    ASSERT_EQ(Alert::shownAlerts().size(), 1);
+    EXPECT_EQ(Alert::shownAlerts().first().informativeText,
+              QStringLiteral("Le processus %1 (quillmere crawl) l'analyse ou le modifie : attendez qu'il ait fini.")
+                  .arg(crawl.pid()));
+
+    ASSERT_TRUE(crawl.wait(120000));
+    EXPECT_EQ(crawl.exitCode(), 0) << crawl.err().toStdString();
+    EXPECT_TRUE(QFileInfo::exists(database));
+    EXPECT_EQ(registryRows(app.dir.path() + "/Quillmere.storedata", "demo"), 1);
+    const CliResult pages = runCli({"pages", "demo", "--format", "csv"}, app.dir.path());
+    EXPECT_TRUE(pages.out.contains(QString::fromStdString(site.baseUrl()))) << pages.out.toStdString();
+
+    // Once it is over, the demo starts afresh on its own site.
+    Alert::clearForTesting();
+    DemoServer again;
+    ASSERT_TRUE(GuiLaunch::openDemo(again, app.controller()));
+    EXPECT_TRUE(Alert::shownAlerts().isEmpty());
+    ASSERT_TRUE(app.controller()->documentsView()->currentProject());
+    EXPECT_EQ(app.controller()->documentsView()->currentProject()->url(), again.baseURL());
+    again.stop();
 }
