@@ -12,6 +12,7 @@
 #include "app/ProgressWindowController.h"
 #include "app/SplitView.h"
 #include "app/WebPreviewPage.h"
+#include "crawler/CrawlSettings.h"
 #include "crawler/CrawlStartDecision.h"
 #include "crawler/DownloaderOperationLibXML.h"
 #include "crawler/OperationQueue.h"
@@ -156,6 +157,9 @@ void MainViewController::queueCrawler()
     // operation (see stopAndWaitForOperations).
     std::shared_ptr<DownloaderDelegate> delegate(std::shared_ptr<void>(), static_cast<DownloaderDelegate*>(this));
     downloaderOperation_ = DownloaderOperationLibXML::initWithProject(currentProject_, delegate);
+    // The window has no options of its own: the command line's defaults, the bound on a
+    // whole transfer among them.
+    CrawlSettings().applyTo(*downloaderOperation_);
     operationsQueue_->addOperation(downloaderOperation_);
 }
 

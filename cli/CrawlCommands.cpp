@@ -126,15 +126,26 @@ int finalStatus(const ProjectPtr& project, const ReportCommands::CrawlRunFigures
 }
 } // namespace
 
+namespace {
+bool parseMaxTransferTime(const CliContext& context, CrawlSettings* settings)
+{
+    const QString key = QStringLiteral("--max-transfer-time");
+    return !context.command.values.contains(key)
+           || CrawlSettings::parseNumber(context.command.values.value(key), CrawlSettings::kMinimumTransferTime,
+                                         CrawlSettings::kMaximumTransferTime, &settings->maxTransferTime);
+}
+} // namespace
+
 QList<CommandSpec> specs()
 {
     return {
-        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S] [--fail-on-broken] [--parallel N] [--max-rate R]"),
+        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S] [--max-transfer-time S] [--fail-on-broken] [--parallel N] [--max-rate R]"),
          CliText::tr("CliCrawlSummary"), CliText::tr("CliCrawlDetails"),
-         1, 1, {QStringLiteral("--timeout"), QStringLiteral("--parallel"), QStringLiteral("--max-rate")},
+         1, 1, {QStringLiteral("--timeout"), QStringLiteral("--max-transfer-time"), QStringLiteral("--parallel"), QStringLiteral("--max-rate")},
          {QStringLiteral("--continue"), QStringLiteral("--restart"), QStringLiteral("--fail-on-broken")}},
-        {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME]"),
-         CliText::tr("CliCrawlURLSummary"), CliText::tr("CliCrawlURLDetails"), 1, 1, {QStringLiteral("--name")}, {}},
+        {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME] [--max-transfer-time S]"),
+         CliText::tr("CliCrawlURLSummary"), CliText::tr("CliCrawlURLDetails"), 1, 1,
+         {QStringLiteral("--name"), QStringLiteral("--max-transfer-time")}, {}},
         {QStringLiteral("vacuum"), QStringLiteral("vacuum NAME"),
          CliText::tr("CliVacuumSummary"), QString(), 1, 1,
          {}, {}},
@@ -177,15 +188,21 @@ int runCrawl(CliContext& context)
 {
     CrawlAudit::setFailOnBroken(context.command.flags.contains(QStringLiteral("--fail-on-broken")));
     CrawlSettings settings;
-    if (context.command.values.contains(QStringLiteral("--timeout"))) {
-        bool ok = false;
-        settings.transferTimeout = context.command.values.value(QStringLiteral("--timeout")).toDouble(&ok);
-        if (!ok || !(settings.transferTimeout > 0) || settings.transferTimeout > 1e6)
-            return failWith(ExitUsage, CliText::tr("CliErrorBadTimeout"));
-    }
+    if (context.command.values.contains(QStringLiteral("--timeout"))
+        && !CrawlSettings::parseNumber(context.command.values.value(QStringLiteral("--timeout")),
+                                       CrawlSettings::kMinimumTimeout, CrawlSettings::kMaximumTimeout,
+                                       &settings.transferTimeout))
+        return failWith(ExitUsage, CliText::tr("CliErrorBadTimeout"));
+    if (!parseMaxTransferTime(context, &settings))
+        return failWith(ExitUsage, CliText::tr("CliErrorBadMaxTransferTime"));
     // The settings judge the values; the message is said in the command line's language.
-    const QString parallel = context.command.values.value(QStringLiteral("--parallel"));
-    const QString maxRate = context.command.values.value(QStringLiteral("--max-rate"));
+    // An option given with an empty value is a value that makes no sense, not an absent one.
+    auto given = [&context](const QString& key) {
+        const QString value = context.command.values.value(key);
+        return context.command.values.contains(key) && value.isEmpty() ? QStringLiteral(" ") : value;
+    };
+    const QString parallel = given(QStringLiteral("--parallel"));
+    const QString maxRate = given(QStringLiteral("--max-rate"));
     QString why;
     if (!CrawlSettings().parse(parallel, QString(), &why))
         return failWith(ExitUsage, CliText::tr("CliErrorBadParallel"));
@@ -214,6 +231,9 @@ int runCrawlURL(CliContext& context)
     QString why;
     if (!ProjectCommands::isCrawlableURL(url, &why))
         return failWith(ExitUsage, why);
+    CrawlSettings settings;
+    if (!parseMaxTransferTime(context, &settings))
+        return failWith(ExitUsage, CliText::tr("CliErrorBadMaxTransferTime"));
     QString name = context.command.values.value(QStringLiteral("--name"));
     if (name.isEmpty())
         name = QUrl(url).host();
@@ -234,7 +254,9 @@ int runCrawlURL(CliContext& context)
     ProjectPtr project;
     {
         auto driver = std::make_shared<DownloaderCmdLineTestController>();
-        driver->launchTestWithURL(url, name);
+        driver->launchTestWithURL(url, name, [&settings](DownloaderOperationLibXML& operation) {
+            operation.syncWebCall()->setMaxTransferInterval(settings.maxTransferTime);
+        });
         project = driver->project();
         if (!project || !driver->downloaderOperation())
             return failWith(ExitUsage, CliText::tr("CliErrorCannotCreateProject").arg(name));

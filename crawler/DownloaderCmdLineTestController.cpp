@@ -10,7 +10,8 @@ DownloaderCmdLineTestController::DownloaderCmdLineTestController() = default;
 
 DownloaderCmdLineTestController::~DownloaderCmdLineTestController() = default;
 
-void DownloaderCmdLineTestController::launchTestWithURL(const QString& url, const QString& projectName)
+void DownloaderCmdLineTestController::launchTestWithURL(const QString& url, const QString& projectName,
+                                                        const std::function<void(DownloaderOperationLibXML&)>& prepare)
 {
     project_ = Project::createProjectWithName(projectName, url, -1, -1);
     if (!project_)
@@ -22,6 +23,8 @@ void DownloaderCmdLineTestController::launchTestWithURL(const QString& url, cons
     // controller, which owns the queue that runs the operation.
     std::shared_ptr<DownloaderDelegate> self(std::shared_ptr<DownloaderDelegate>(), this);
     operation_ = DownloaderOperationLibXML::initWithProject(project_, self);
+    if (prepare)
+        prepare(*operation_);
     operationsQueue_->addOperation(operation_);
 }
 

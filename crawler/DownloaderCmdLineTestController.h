@@ -2,6 +2,7 @@
 
 #include "crawler/RecordKeepingDelegate.h"
 
+#include <functional>
 #include <memory>
 
 class OperationQueue;
@@ -17,8 +18,10 @@ public:
     DownloaderCmdLineTestController();
     ~DownloaderCmdLineTestController() override;
 
-    // Creates the project and queues its crawl; returns at once.
-    void launchTestWithURL(const QString& url, const QString& projectName);
+    // Creates the project and queues its crawl; returns at once. `prepare`, when given, sets
+    // up the operation before it is queued.
+    void launchTestWithURL(const QString& url, const QString& projectName,
+                           const std::function<void(DownloaderOperationLibXML&)>& prepare = {});
 
     OperationQueue* operationsQueue() const { return operationsQueue_.get(); }
     std::shared_ptr<Project> project() const { return project_; }

@@ -119,7 +119,8 @@ void DownloaderOperationLibXML::main()
     loadRobotsTxt();
     if (parallelFetches_ > 1)
         fetchAhead_ = std::make_unique<FetchAhead>(parallelFetches_, arrayOfFilteredContentType_,
-                                                   syncWebCall_->requestTimeoutInterval(), pacer_.get());
+                                                   syncWebCall_->requestTimeoutInterval(),
+                                                   syncWebCall_->maxTransferInterval(), pacer_.get());
     downloadFromWaitingQueue();
     // No thread, transfer or connection outlives the walk.
     fetchAhead_.reset();
