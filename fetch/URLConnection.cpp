@@ -535,6 +535,14 @@ bool URLConnection::handleRedirect(const HTTPURLResponsePtr& response)
     if (!target)
         return false; // no usable Location: the redirect is the answer
 
+    if (!isHTTPScheme(*target) || target->host().isEmpty()) {
+        // Only the web's schemes are followed: a redirect to file:, smb: or javascript: is
+        // the fetch's failure, never a request and never a page.
+        exchange_->pendingError = FetchError::errorWithCode(
+            FetchError::UnsupportedURL,
+            QStringLiteral("redirect to a URL that is not http or https: %1").arg(target->toString(QUrl::RemoveUserInfo)));
+        return true;
+    }
     if (redirectCount_ >= kMaximumRedirects) {
         exchange_->pendingError = FetchError::errorWithCode(FetchError::HTTPTooManyRedirects,
                                                             QStringLiteral("too many HTTP redirects"));
