@@ -33,8 +33,7 @@ int exitStatus(int status, const ReportCommands::CrawlRunFigures& figures)
 {
     if (status != ExitOk || !g_failOnBroken || figures.brokenLinks == 0)
         return status;
-    std::fprintf(stderr, "quillmere: %s\n",
-                 qPrintable(CliText::tr("CliFailOnBroken").arg(figures.brokenLinks).arg(figures.brokenTargets)));
+    failWith(ExitBrokenLinks, CliText::tr("CliFailOnBroken").arg(figures.brokenLinks).arg(figures.brokenTargets));
     return ExitBrokenLinks;
 }
 

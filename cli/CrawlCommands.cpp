@@ -40,7 +40,7 @@ using CrawlStartDecision::Situation;
 
 QString askOnTerminal(const QString& question)
 {
-    std::fprintf(stderr, "%s ", qPrintable(question));
+    printErr(question, " ");
     std::fflush(stderr);
     QTextStream in(stdin);
     return in.readLine().trimmed().toLower();
@@ -119,7 +119,7 @@ int finalStatus(const ProjectPtr& project, const ReportCommands::CrawlRunFigures
     if (figures.stopped)
         return ExitInterrupted;
     if (!figures.endError.isEmpty()) {
-        std::fprintf(stderr, "quillmere: %s\n", qPrintable(figures.endError));
+        failWith(ExitFirstUrlError, figures.endError);
         return ExitFirstUrlError;
     }
     return ExitOk;

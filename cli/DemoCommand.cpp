@@ -41,7 +41,7 @@ int run(CliContext& context)
         return failWith(ExitFailure, port ? CliText::tr("CliErrorDemoPortBusy").arg(port)
                                           : CliText::tr("CliErrorDemoCannotServe"));
     const QString url = server.baseURL();
-    std::fprintf(stderr, "%s\n", qPrintable(CliText::tr("CliDemoServed").arg(url)));
+    printErr(CliText::tr("CliDemoServed").arg(url));
 
     ProjectPtr project = DemoProject::recreate(url);
     if (!project)
