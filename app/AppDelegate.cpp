@@ -6,6 +6,7 @@
 #include "app/NewProjectWindowController.h"
 #include "app/OpenProjectWindowController.h"
 #include "app/PagesFilterWindowController.h"
+#include "app/ProjectRefusalAlert.h"
 #include "store/DataModelManager.h"
 #include "store/DateFormatter.h"
 #include "store/DebugTrace.h"
@@ -13,6 +14,8 @@
 #include "store/ManagedObjectContext.h"
 #include "store/PageFilter.h"
 #include "store/Project.h"
+#include "store/ProjectCatalog.h"
+#include "store/StringTable.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -221,8 +224,19 @@ void AppDelegate::createProjectValidateWithController(NewProjectWindowController
     DebugTrace("createProjectValidateWithController");
     DebugTrace("projectName %s", qPrintable(projectName));
     DebugTrace("projectURL  %s", qPrintable(projectURL));
-    ProjectPtr project = Project::createProjectWithName(projectName, projectURL, limitDepth, limitPageCount);
-    mainViewController()->populateCurrentProject(project);
+    if (!dataModelManager_)
+        return;
+    // The command line's rules: a name already used, or not fit for file names, and a URL the
+    // crawl cannot use are refused; the URL is kept in the form the crawl compares links with.
+    ProjectCatalog catalog(*dataModelManager_, StringTable::forLanguage(StringTable::Language::French));
+    const ProjectCatalog::Result created =
+        catalog.create(projectName, projectURL, limitDepth, limitPageCount, QStringLiteral("quillmere-gui"));
+    if (!created.done()) {
+        if (created.outcome != ProjectCatalog::Outcome::StoreUnavailable)
+            ProjectRefusalAlert::show(created, window_.get());
+        return;
+    }
+    mainViewController()->populateCurrentProject(created.project);
     saveContext();
 }
 
@@ -243,6 +257,12 @@ void AppDelegate::openProjectValidateWithController(OpenProjectWindowController*
 void AppDelegate::openProjectCancelWithController(OpenProjectWindowController*)
 {
     DebugTrace("openProjectCancelWithController");
+}
+
+void AppDelegate::openProjectDidDeleteProject(OpenProjectWindowController*, const std::shared_ptr<Project>& project)
+{
+    DebugTrace("openProjectDidDeleteProject");
+    mainViewController()->projectWasDeleted(project);
 }
 
 QString AppDelegate::urlWithoutDieseFromURL(const QString& url)

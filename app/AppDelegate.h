@@ -72,6 +72,8 @@ public:
     void openProjectValidateWithController(OpenProjectWindowController* controller,
                                            const std::shared_ptr<Project>& project) override;
     void openProjectCancelWithController(OpenProjectWindowController* controller) override;
+    void openProjectDidDeleteProject(OpenProjectWindowController* controller,
+                                     const std::shared_ptr<Project>& project) override;
 
     // Kept for the tools that trace URLs: "[url] --> [url cut before its #]".
     static QString urlWithoutDieseFromURL(const QString& url);

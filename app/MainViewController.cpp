@@ -10,6 +10,7 @@
 #include "app/PagesFilterWindowController.h"
 #include "app/ProgressView.h"
 #include "app/ProgressWindowController.h"
+#include "app/ProjectRefusalAlert.h"
 #include "app/SplitView.h"
 #include "app/WebPreviewPage.h"
 #include "crawler/CrawlSettings.h"
@@ -21,7 +22,9 @@
 #include "store/Localization.h"
 #include "store/PageFilter.h"
 #include "store/Project.h"
+#include "store/ProjectCatalog.h"
 #include "store/ProjectLock.h"
+#include "store/StringTable.h"
 
 #include <QEventLoop>
 #include <QTimer>
@@ -212,24 +215,38 @@ bool MainViewController::lockCurrentProject()
     const QString path = ProjectLock::lockFilePathForDatabase(currentProject_->full_sqlite_name());
     if (projectLock_ && projectLock_->isLocked() && projectLock_->path() == path)
         return true;
-    projectLock_ = std::make_unique<ProjectLock>(path);
-    const ProjectLock::Result result = projectLock_->tryLock(QStringLiteral("quillmere-gui"));
-    if (result == ProjectLock::Result::Locked)
-        return true;
-    Alert alert;
-    alert.setMessageText(QStringLiteral("Le projet « %1 » est déjà utilisé par un autre programme.").arg(currentProject_->name()));
-    if (result == ProjectLock::Result::Busy && projectLock_->ownerProcessId() > 0)
-        alert.setInformativeText(QStringLiteral("Le processus %1 (%2) l'analyse ou le modifie : attendez qu'il ait fini.")
-                                     .arg(projectLock_->ownerProcessId())
-                                     .arg(projectLock_->ownerPurpose()));
-    else if (result == ProjectLock::Result::Busy)
-        alert.setInformativeText(QStringLiteral("Attendez qu'il ait fini."));
-    else
-        alert.setInformativeText(QStringLiteral("Le verrou %1 ne peut pas être créé : %2").arg(path, projectLock_->errorString()));
-    alert.addButtonWithTitle(localizedString("MainViewAlertDownloadErrorDefaultButton"));
-    alert.runModal(window());
     projectLock_.reset();
+    AppDelegate* app = AppDelegate::sharedAppDelegate();
+    DataModelManager* manager = app ? app->dataModelManager() : nullptr;
+    if (!manager)
+        return false;
+    ProjectCatalog catalog(*manager, StringTable::forLanguage(StringTable::Language::French));
+    ProjectCatalog::Result locked = catalog.lock(*currentProject_, QStringLiteral("quillmere-gui"));
+    if (locked.done()) {
+        projectLock_ = std::move(locked.lock);
+        return true;
+    }
+    ProjectRefusalAlert::show(locked, window());
     return false;
+}
+
+void MainViewController::projectWasDeleted(const std::shared_ptr<Project>& project)
+{
+    if (!project)
+        return;
+    const auto shown = documentsView_->currentProject();
+    const bool isShown = shown && (shown == project || shown->name() == project->name());
+    const bool isCurrent = currentProject_ && (currentProject_ == project || currentProject_->name() == project->name());
+    if (!isShown && !isCurrent)
+        return;
+    // Its files are gone: nothing may be shown, crawled or written into them any more.
+    if (isShown && !isCurrent)
+        shown->closeSQLiteDatabase();
+    closeCurrentProject();
+    currentProject_.reset();
+    progressView_->setCurrentProject(nullptr);
+    documentsView_->setCurrentProject(nullptr);
+    linksView_->setCurrentProject(nullptr);
 }
 
 void MainViewController::cancelCrawlerForProject(const std::shared_ptr<Project>&)

@@ -63,6 +63,8 @@ public:
 
     void populateCurrentProject(const std::shared_ptr<Project>& project);
     void closeCurrentProject();
+    // A project deleted from the open-project sheet: closed if the window shows it.
+    void projectWasDeleted(const std::shared_ptr<Project>& project);
     void applyFilter(qint32 filter);
     void displayProgressView();
     void startCrawlerForProject(const std::shared_ptr<Project>& project);

@@ -12,4 +12,6 @@ public:
     virtual void openProjectValidateWithController(OpenProjectWindowController* controller,
                                                    const std::shared_ptr<Project>& project) = 0;
     virtual void openProjectCancelWithController(OpenProjectWindowController* controller) = 0;
+    // After the sheet has deleted a project: the window lets it go if it shows it.
+    virtual void openProjectDidDeleteProject(OpenProjectWindowController*, const std::shared_ptr<Project>&) {}
 };

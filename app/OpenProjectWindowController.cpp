@@ -1,10 +1,15 @@
 #include "app/OpenProjectWindowController.h"
 
 #include "app/OpenProjectControllerDelegate.h"
+#include "app/ProjectRefusalAlert.h"
+#include "store/ApplicationDelegate.h"
+#include "store/DataModelManager.h"
 #include "store/DateFormatter.h"
 #include "store/DebugTrace.h"
 #include "store/Localization.h"
 #include "store/Project.h"
+#include "store/ProjectCatalog.h"
+#include "store/StringTable.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -197,7 +202,21 @@ void OpenProjectWindowController::actionDeleteProject()
     if (clickedRow_ < 0 || clickedRow_ >= model_->projects().size())
         return;
     const auto project = model_->projects().at(clickedRow_);
-    Project::deleteProjectWithName(project->name());
+    ApplicationDelegate* app = ApplicationDelegate::sharedAppDelegate();
+    DataModelManager* manager = app ? app->dataModelManager() : nullptr;
+    if (!manager)
+        return;
+    // Under the project's lock, as the command line deletes: a project that another program
+    // crawls or changes is refused, and nothing of it is removed.
+    ProjectCatalog catalog(*manager, StringTable::forLanguage(StringTable::Language::French));
+    const ProjectCatalog::Result removed = catalog.remove(project, QStringLiteral("quillmere-gui"));
+    if (!removed.done()) {
+        if (removed.outcome != ProjectCatalog::Outcome::StoreUnavailable)
+            ProjectRefusalAlert::show(removed, this);
+        return;
+    }
+    if (delegate_)
+        delegate_->openProjectDidDeleteProject(this, project);
     // Back to the registry's order; the sort chosen before is gone with the selection.
     projectsTableView_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     reloadFromRegistry();

@@ -1,60 +1,21 @@
 // quillmere-gui: the desktop program.
-//   quillmere-gui [--data-dir DIR] [--demo] [--screenshot FILE] [--bench-crawl NAME]
+//   quillmere-gui [--data-dir DIR] [--demo]
 // --demo serves the built-in demo site on 127.0.0.1 and opens the project 'demo' on it,
 // ready for its start button.
-// --screenshot FILE (with --demo) presses the start button, waits for the crawl and the
-// vacuum that follows it to end (two minutes at most), selects the page that receives the
-// most links so that the links list has rows, lets the preview finish loading, then saves a
-// PNG of the main window as the screen shows it and quits. Status 0 when the file is
-// written, 1 with a message otherwise. The picture comes from the screen, not from the
-// widgets, so that it shows the preview: it needs a display, xvfb-run's will do.
-// --bench-crawl NAME opens the project NAME, crawls it from scratch from the start button
-// and quits, printing on standard output one line:
-//   bench-crawl pages=P seconds=S max_paint_gap_ms=G max_tick_gap_ms=T
-// P is the pages analysed, S the time from the button press to the end of the vacuum, G the
-// longest time between two paint events of the program's windows during it, T the longest
-// time between two ticks of a 5 ms timer (how long the event loop went without a turn).
 #include "app/AppDelegate.h"
-#include "app/DocumentsView.h"
-#include "app/MainViewController.h"
+#include "app/GuiLaunch.h"
 #include "app/MainWindow.h"
-#include "app/ProgressView.h"
-#include "app/StandardTranslations.h"
-#include "app/ScriptedCrawl.h"
-#include "app/WebPreviewPage.h"
-#include "crawler/CrawlStartDecision.h"
-#include "demo/DemoProject.h"
 #include "demo/DemoServer.h"
 #include "store/DataModelManager.h"
-#include "store/Project.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QElapsedTimer>
-#include <QMessageBox>
-#include <QPixmap>
-#include <QPushButton>
-#include <QScreen>
-#include <QTableView>
-#include <QTimer>
-
-#include <cstdio>
-#include <functional>
-#include <limits>
-#include <memory>
-
-#include <unistd.h>
 
 int main(int argc, char** argv)
 {
-    // Chromium's sandbox cannot run as root: the preview goes without it there.
-    if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
-        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    GuiLaunch::prepareProcess();
     QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Quillmere"));
-    QApplication::setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
-    StandardTranslations::install();
+    GuiLaunch::configureApplication();
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Quillmere, site crawler and link auditor"));
@@ -62,109 +23,19 @@ int main(int argc, char** argv)
     parser.addVersionOption();
     QCommandLineOption dataDir(QStringLiteral("data-dir"), QStringLiteral("where the projects live"), QStringLiteral("DIR"));
     QCommandLineOption demo(QStringLiteral("demo"), QStringLiteral("serve the built-in demo site and open its project"));
-    QCommandLineOption screenshot(QStringLiteral("screenshot"),
-                                  QStringLiteral("with --demo: crawl, select a page, save the window as a PNG and quit"),
-                                  QStringLiteral("FILE"));
-    QCommandLineOption benchCrawl(QStringLiteral("bench-crawl"),
-                                  QStringLiteral("crawl the project from scratch, print the time taken and quit"),
-                                  QStringLiteral("NAME"));
     parser.addOption(dataDir);
     parser.addOption(demo);
-    parser.addOption(screenshot);
-    parser.addOption(benchCrawl);
     parser.process(app);
     if (parser.isSet(dataDir))
         DataModelManager::setDataDirectoryOverride(parser.value(dataDir));
-    if (parser.isSet(screenshot) && !parser.isSet(demo)) {
-        std::fprintf(stderr, "quillmere-gui: --screenshot goes with --demo\n");
-        return 2;
-    }
-    if (parser.isSet(benchCrawl) && (parser.isSet(demo) || parser.isSet(screenshot))) {
-        std::fprintf(stderr, "quillmere-gui: --bench-crawl goes without --demo and --screenshot\n");
-        return 2;
-    }
 
     AppDelegate delegate;
     delegate.applicationDidFinishLaunching();
-    MainViewController* controller = delegate.mainViewController();
-
     DemoServer server;
-    if (parser.isSet(demo)) {
-        ProjectPtr project;
-        if (server.start())
-            project = DemoProject::recreate(server.baseURL());
-        if (!project) {
-            QMessageBox::critical(nullptr, QStringLiteral("Quillmere"),
-                                  QStringLiteral("Le site de démonstration n'a pas pu être servi sur 127.0.0.1."));
-            return 1;
-        }
-        std::fprintf(stderr, "Demo site served at %s\n", qPrintable(server.baseURL()));
-        controller->populateCurrentProject(project);
-    }
-    if (parser.isSet(benchCrawl)) {
-        ProjectPtr project = Project::getProjectWithName(parser.value(benchCrawl));
-        if (!project) {
-            std::fprintf(stderr, "quillmere-gui: no project named '%s'\n", qPrintable(parser.value(benchCrawl)));
-            return 2;
-        }
-        // From scratch: no alert about an earlier crawl.
-        if (CrawlStartDecision::situationForProject(project) != CrawlStartDecision::Situation::Fresh)
-            CrawlStartDecision::apply(CrawlStartDecision::Choice::Restart, project);
-        controller->populateCurrentProject(project);
-    }
-
-    // The status of a scripted run (screenshot, benchmark), once it is over.
-    int scriptedStatus = -1;
-    auto endScriptedRun = [&](int status) {
-        scriptedStatus = status;
-        delegate.quit();
-    };
-    bool previewLoaded = false;
-    QObject::connect(controller->webPage(), &QWebEnginePage::loadFinished, [&] { previewLoaded = true; });
-
-    std::unique_ptr<ScriptedCrawl> scripted;
-    if (parser.isSet(screenshot)) {
-        const QString file = parser.value(screenshot);
-        scripted = std::make_unique<ScriptedCrawl>(delegate, 120000, [&, file](bool ended) {
-            if (!ended) {
-                std::fprintf(stderr, "quillmere-gui: the demo crawl did not end within 120 s\n");
-                endScriptedRun(1);
-                return;
-            }
-            DocumentsView* documents = controller->documentsView();
-            const int row = ScriptedCrawl::rowWithMostIncomingLinks(documents);
-            if (row >= 0) {
-                documents->documentsTableView()->selectRow(row);
-                documents->documentsTableView()->scrollTo(documents->documentsTableView()->model()->index(row, 0));
-            }
-            ScriptedCrawl::whenPreviewLoaded(previewLoaded, 10000, 1500, [&, file] {
-                MainWindow* window = delegate.window();
-                QScreen* screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
-                const QPixmap shot = screen ? screen->grabWindow(window->winId()) : QPixmap();
-                if (shot.isNull() || !shot.save(file, "PNG")) {
-                    std::fprintf(stderr, "quillmere-gui: could not grab the window into %s\n", qPrintable(file));
-                    endScriptedRun(1);
-                    return;
-                }
-                std::fprintf(stderr, "Screenshot (%dx%d) saved in %s\n", shot.width(), shot.height(), qPrintable(file));
-                endScriptedRun(0);
-            });
-        });
-    } else if (parser.isSet(benchCrawl)) {
-        scripted = std::make_unique<ScriptedCrawl>(delegate, std::numeric_limits<qint64>::max(), [&](bool) {
-            std::printf("bench-crawl pages=%d seconds=%.3f max_paint_gap_ms=%lld max_tick_gap_ms=%lld\n",
-                        controller->currentProject() ? controller->currentProject()->pages_count() : 0, scripted->seconds(),
-                        static_cast<long long>(scripted->maxPaintGapMs()),
-                        static_cast<long long>(scripted->maxTickGapMs()));
-            std::fflush(stdout);
-            endScriptedRun(0);
-        });
-    }
-
+    if (parser.isSet(demo) && !GuiLaunch::openDemo(server, delegate.mainViewController()))
+        return 1;
     delegate.window()->show();
-    if (scripted)
-        QTimer::singleShot(0, scripted.get(), [&] { scripted->start(); });
     const int status = QApplication::exec();
     server.stop();
-    return scriptedStatus >= 0 ? scriptedStatus : status;
+    return status;
 }

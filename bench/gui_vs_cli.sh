@@ -5,7 +5,7 @@
 #   bench/gui_vs_cli.sh [N] [RUNS]
 # The command line's time is the wall time of `quillmere crawl NAME` (crawl, vacuum, report);
 # the window's is the time from the start button to the end of the vacuum, measured by
-# `quillmere-gui --bench-crawl NAME` under a virtual X server, which also reports the longest
+# `quillmere-gui-harness --bench-crawl NAME` (the window driven by a tool of its own) under a virtual X server, which also reports the longest
 # gap between two paint events of its windows and the longest gap between two ticks of a 5 ms
 # timer while the crawl runs. Prints each run, then the ranges and the window/command-line ratio.
 set -euo pipefail
@@ -16,7 +16,7 @@ runs="${2:-3}"
 "$root/scripts/install-deps.sh" --bench --gui
 "$root/scripts/build.sh" release -DQUILLMERE_BUILD_APP=ON -DQUILLMERE_BUILD_TESTS=OFF >/dev/null
 quillmere="$root/build/release/cli/quillmere"
-gui="$root/build/release/app/quillmere-gui"
+gui="$root/build/release/tools/gui-harness/quillmere-gui-harness"
 source "$root/bench/lib.sh"
 
 site="$work/site"

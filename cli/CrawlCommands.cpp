@@ -17,7 +17,10 @@
 #include "fetch/SynchronizedWebCall.h"
 #include "store/DataModelManager.h"
 #include "store/Project.h"
+#include "store/ProjectCatalog.h"
 #include "store/ProjectLock.h"
+#include "store/ProjectRules.h"
+#include "store/StringTable.h"
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/QuillmerePage.h"
 
@@ -227,7 +230,9 @@ int runCrawl(CliContext& context)
 
 int runCrawlURL(CliContext& context)
 {
-    QString url = context.command.operands.value(0).trimmed();
+    const QString typed = context.command.operands.value(0).trimmed();
+    const QString normal = ProjectRules::normalForm(typed);
+    const QString url = normal.isNull() ? typed : normal;
     QString why;
     if (!ProjectCommands::isCrawlableURL(url, &why))
         return failWith(ExitUsage, why);
@@ -240,21 +245,30 @@ int runCrawlURL(CliContext& context)
     if (!ProjectCommands::isUsableProjectName(name, &why))
         return failWith(ExitUsage, why);
     DataModelManager* manager = context.appDelegate->dataModelManager();
-    if (!manager->managedObjectContext())
+    // The project is saved before its crawl begins: a crawl killed outright leaves a project
+    // to continue, not a database that no project names.
+    ProjectCatalog catalog(*manager, StringTable::forLanguage(CliText::language()));
+    const ProjectCatalog::Result created = catalog.create(name, url, -1, -1, QStringLiteral("quillmere crawl-url"));
+    switch (created.outcome) {
+    case ProjectCatalog::Outcome::Done:
+        break;
+    case ProjectCatalog::Outcome::StoreUnavailable:
         return ExitUsage;
-    if (Project::getProjectWithName(name))
+    case ProjectCatalog::Outcome::Exists:
         return failWith(ExitUsage, CliText::tr("CliErrorProjectExistsChooseName").arg(name));
-    int status = ExitOk;
-    const auto lock = ProjectLocking::take(name, manager->fullSQLite3FileNameWithProjectName(name + QStringLiteral(".sqlite")),
-                                           QStringLiteral("crawl-url"), &status);
-    if (!lock)
-        return status;
+    case ProjectCatalog::Outcome::InUse:
+        return failWith(created.lockRefusal && created.lockRefusal->inUse() ? ExitProjectInUse : ExitUsage, created.why);
+    default:
+        return failWith(ExitUsage, created.why);
+    }
+    if (url != typed)
+        printErr(CliText::tr("CliNewURLStoredAs").arg(typed, url), "");
 
     ReportCommands::CrawlRunFigures figures;
     ProjectPtr project;
     {
         auto driver = std::make_shared<DownloaderCmdLineTestController>();
-        driver->launchTestWithURL(url, name, [&settings](DownloaderOperationLibXML& operation) {
+        driver->launchTestWithProject(created.project, [&settings](DownloaderOperationLibXML& operation) {
             operation.syncWebCall()->setMaxTransferInterval(settings.maxTransferTime);
         });
         project = driver->project();

@@ -2,17 +2,14 @@
 
 #include "cli/CliText.h"
 #include "cli/NewProjectFiles.h"
-#include "cli/ProjectAccess.h"
-#include "cli/ProjectLocking.h"
 #include "store/DataModelManager.h"
 #include "store/DatabaseFileCheck.h"
 #include "store/DateFormatter.h"
 #include "store/ManagedObjectContext.h"
 #include "store/Project.h"
-#include "store/ProjectLock.h"
-
-#include <QFileInfo>
-#include <QUrl>
+#include "store/ProjectCatalog.h"
+#include "store/ProjectRules.h"
+#include "store/StringTable.h"
 
 namespace ProjectCommands {
 
@@ -31,40 +28,21 @@ QList<CommandSpec> specs()
     };
 }
 
+namespace {
+const StringTable& cliText()
+{
+    return StringTable::forLanguage(CliText::language());
+}
+} // namespace
+
 bool isUsableProjectName(const QString& name, QString* why)
 {
-    if (name.trimmed().isEmpty()) {
-        *why = CliText::tr("CliErrorEmptyProjectName");
-        return false;
-    }
-    if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')) || name.contains(QChar(0))) {
-        *why = CliText::tr("CliErrorNameHasSeparator").arg(name);
-        return false;
-    }
-    if (name == QLatin1String(".") || name == QLatin1String("..")) {
-        *why = CliText::tr("CliErrorNameNotFileName").arg(name);
-        return false;
-    }
-    return true;
+    return ProjectRules::isUsableName(name, cliText(), why);
 }
 
 bool isCrawlableURL(const QString& url, QString* why)
 {
-    if (url.isEmpty()) {
-        *why = CliText::tr("CliErrorEmptyURL");
-        return false;
-    }
-    const QUrl parsed(url, QUrl::StrictMode);
-    const QString scheme = parsed.scheme().toLower();
-    if (!parsed.isValid() || (scheme != QLatin1String("http") && scheme != QLatin1String("https"))) {
-        *why = CliText::tr("CliErrorNotHttpURL").arg(url);
-        return false;
-    }
-    if (parsed.host().isEmpty()) {
-        *why = CliText::tr("CliErrorURLNoHost").arg(url);
-        return false;
-    }
-    return true;
+    return ProjectRules::isCrawlableURL(url, cliText(), why);
 }
 
 bool parseLimit(const QString& text, qint32* value, QString* why)
@@ -82,11 +60,10 @@ bool parseLimit(const QString& text, qint32* value, QString* why)
 int runNew(CliContext& context)
 {
     const QString name = context.command.operands.value(0);
-    QString url = context.command.operands.value(1).trimmed();
-    if (url.endsWith(QLatin1Char('/')))
-        url.chop(1);
+    const QString typed = ProjectRules::urlFromInput(context.command.operands.value(1));
     QString why;
-    if (!isUsableProjectName(name, &why) || !isCrawlableURL(url, &why))
+    const QString normal = ProjectRules::normalForm(typed);
+    if (!isUsableProjectName(name, &why) || !isCrawlableURL(normal.isNull() ? typed : normal, &why))
         return failWith(ExitUsage, why);
     qint32 depth = -1, pages = -1;
     if (context.command.values.contains(QStringLiteral("--depth"))
@@ -97,39 +74,30 @@ int runNew(CliContext& context)
         return failWith(ExitUsage, why);
 
     DataModelManager* manager = context.appDelegate->dataModelManager();
-    if (!manager->managedObjectContext())
+    ProjectCatalog catalog(*manager, cliText());
+    const auto verify = [manager](Project& project, QString* refusal) {
+        QString file, reason;
+        if (NewProjectFiles::usable(project, *manager, &file, &reason))
+            return true;
+        *refusal = CliText::tr("CliErrorCannotCreateFiles")
+                       .arg(project.name(), manager->applicationFilesDirectory(), reason, file);
+        return false;
+    };
+    const ProjectCatalog::Result created = catalog.create(name, typed, depth, pages, QStringLiteral("quillmere new"), verify);
+    switch (created.outcome) {
+    case ProjectCatalog::Outcome::Done:
+        break;
+    case ProjectCatalog::Outcome::StoreUnavailable:
         return ExitUsage;  // the store error has been shown
-    if (Project::getProjectWithName(name))
-        return failWith(ExitUsage, CliText::tr("CliErrorProjectExists").arg(name));
-
-    // A database file left by an earlier project of that name is taken over, as it always was;
-    // only a file made here is removed again.
-    const bool databaseWasThere = QFileInfo::exists(manager->fullSQLite3FileNameWithProjectName(name + QStringLiteral(".sqlite")));
-    ProjectPtr project = Project::createProjectWithName(name, url, depth, pages);
-    if (!project || !project->sqlite3Database()) {
-        if (project) {
-            project->closeSQLiteDatabase();
-            manager->managedObjectContext()->rollback();
-        }
-        return failWith(ExitUsage, CliText::tr("CliErrorCannotCreateDatabase")
-                                       .arg(name, manager->applicationFilesDirectory()));
+    case ProjectCatalog::Outcome::InUse:
+        return failWith(created.lockRefusal && created.lockRefusal->inUse() ? ExitProjectInUse : ExitUsage, created.why);
+    default:
+        return failWith(ExitUsage, created.why);
     }
-    QString file;
-    if (!NewProjectFiles::usable(*project, *manager, &file, &why)) {
-        project->closeSQLiteDatabase();
-        if (!databaseWasThere)
-            project->deleteSQLiteDatabase();
-        manager->managedObjectContext()->rollback();
-        return failWith(ExitUsage, CliText::tr("CliErrorCannotCreateFiles")
-                                       .arg(name, manager->applicationFilesDirectory(), why, file));
-    }
-    if (!manager->saveContext()) {
-        project->closeSQLiteDatabase();
-        project->deleteSQLiteDatabase();
-        return failWith(ExitUsage, CliText::tr("CliErrorCannotSaveRegistry")
-                                       .arg(manager->applicationFilesDirectory()));
-    }
-    project->closeSQLiteDatabase();
+    const QString url = created.project->url();
+    created.project->closeSQLiteDatabase();
+    if (url != typed)
+        printOut(CliText::tr("CliNewURLStoredAs").arg(typed, url));
     printOut(CliText::tr("CliNewCreated")
                  .arg(name, url, depth == -1 ? CliText::tr("CliLimitNone") : QString::number(depth),
                       pages == -1 ? CliText::tr("CliLimitNone") : QString::number(pages)));
@@ -191,18 +159,20 @@ int runDelete(CliContext& context)
     ProjectPtr project = Project::getProjectWithName(name);
     if (!project)
         return failWith(ExitUsage, CliText::tr("CliErrorNoProject").arg(name));
-    if (int refused = ExitOk; !ProjectAccess::filesStayInDataDirectory(context, *project, &refused))
-        return refused;
-    // Held until the files are gone; letting it go removes the lock file too.
-    int status = ExitOk;
-    const auto lock = ProjectLocking::take(name, project->full_sqlite_name(), QStringLiteral("delete"), &status);
-    if (!lock)
-        return status;
-    project->closeSQLiteDatabase();
-    Project::deleteProjectWithName(name);
-    if (Project::getProjectWithName(name) == project)
-        return failWith(ExitFailure, CliText::tr("CliErrorCannotSaveRegistry")
-                                         .arg(manager->applicationFilesDirectory()));
+    ProjectCatalog catalog(*manager, cliText());
+    const ProjectCatalog::Result removed = catalog.remove(project, QStringLiteral("quillmere delete"));
+    switch (removed.outcome) {
+    case ProjectCatalog::Outcome::Done:
+        break;
+    case ProjectCatalog::Outcome::StoreUnavailable:
+        return ExitUsage;
+    case ProjectCatalog::Outcome::InUse:
+        return failWith(removed.lockRefusal && removed.lockRefusal->inUse() ? ExitProjectInUse : ExitUsage, removed.why);
+    case ProjectCatalog::Outcome::NotSaved:
+        return failWith(ExitFailure, removed.why);
+    default:
+        return failWith(ExitUsage, removed.why);
+    }
     printOut(CliText::tr("CliDeleted").arg(name));
     return ExitOk;
 }

@@ -10,10 +10,15 @@ DownloaderCmdLineTestController::DownloaderCmdLineTestController() = default;
 
 DownloaderCmdLineTestController::~DownloaderCmdLineTestController() = default;
 
-void DownloaderCmdLineTestController::launchTestWithURL(const QString& url, const QString& projectName,
-                                                        const std::function<void(DownloaderOperationLibXML&)>& prepare)
+void DownloaderCmdLineTestController::launchTestWithURL(const QString& url, const QString& projectName)
 {
-    project_ = Project::createProjectWithName(projectName, url, -1, -1);
+    launchTestWithProject(Project::createProjectWithName(projectName, url, -1, -1));
+}
+
+void DownloaderCmdLineTestController::launchTestWithProject(const std::shared_ptr<Project>& project,
+                                                            const std::function<void(DownloaderOperationLibXML&)>& prepare)
+{
+    project_ = project;
     if (!project_)
         return;
     setProject(project_);

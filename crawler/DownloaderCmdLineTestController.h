@@ -18,10 +18,12 @@ public:
     DownloaderCmdLineTestController();
     ~DownloaderCmdLineTestController() override;
 
-    // Creates the project and queues its crawl; returns at once. `prepare`, when given, sets
-    // up the operation before it is queued.
-    void launchTestWithURL(const QString& url, const QString& projectName,
-                           const std::function<void(DownloaderOperationLibXML&)>& prepare = {});
+    // Creates the project and queues its crawl; returns at once.
+    void launchTestWithURL(const QString& url, const QString& projectName);
+    // Queues the crawl of a project made already; returns at once. `prepare`, when given,
+    // sets up the operation before it is queued.
+    void launchTestWithProject(const std::shared_ptr<Project>& project,
+                               const std::function<void(DownloaderOperationLibXML&)>& prepare = {});
 
     OperationQueue* operationsQueue() const { return operationsQueue_.get(); }
     std::shared_ptr<Project> project() const { return project_; }

@@ -211,12 +211,17 @@ qint64 SynchronizedWebCall::retryAfterSeconds(const QString& value, const QDateT
     const qint64 seconds = text.toLongLong(&ok);
     if (ok)
         return seconds >= 0 ? seconds : -1;
-    // An HTTP date, e.g. "Wed, 21 Oct 2015 07:28:00 GMT".
-    QDateTime when = QLocale::c().toDateTime(text, QStringLiteral("ddd, dd MMM yyyy HH:mm:ss 'GMT'"));
-    if (!when.isValid())
+    // An HTTP date, e.g. "Wed, 21 Oct 2015 07:28:00 GMT". Date and time are read apart and
+    // joined in UTC: read as one local date-time, an hour the local clock skips (the spring
+    // change to summer time) would make no date at all.
+    const QStringList parts = text.split(QLatin1Char(' '));
+    if (parts.size() != 6 || parts[5] != QLatin1String("GMT"))
         return -1;
-    when.setTimeZone(QTimeZone::utc());
-    return qMax<qint64>(0, now.secsTo(when));
+    const QDate date = QLocale::c().toDate(parts.mid(0, 4).join(QLatin1Char(' ')), QStringLiteral("ddd, dd MMM yyyy"));
+    const QTime time = QLocale::c().toTime(parts[4], QStringLiteral("HH:mm:ss"));
+    if (!date.isValid() || !time.isValid())
+        return -1;
+    return qMax<qint64>(0, now.secsTo(QDateTime(date, time, QTimeZone::utc())));
 }
 
 void SynchronizedWebCall::adoptAnswerOf(const SynchronizedWebCall& other)

@@ -237,8 +237,9 @@ FetchErrorPtr errorForCurlCode(CURLcode code, const char* detail)
     return FetchError::errorWithCode(errorCode, text);
 }
 
-// The target of a redirect, resolved against the URL that answered it.
-std::optional<QUrl> redirectTarget(const QUrl& base, const QString& location)
+} // namespace
+
+std::optional<QUrl> URLConnection::redirectTarget(const QUrl& base, const QString& location)
 {
     if (location.trimmed().isEmpty())
         return std::nullopt;
@@ -253,8 +254,6 @@ std::optional<QUrl> redirectTarget(const QUrl& base, const QString& location)
         return std::nullopt;
     return target;
 }
-
-} // namespace
 
 std::unique_ptr<URLConnection> URLConnection::connectionWithRequest(const URLRequest& request,
                                                                    URLConnectionDelegate* delegate)

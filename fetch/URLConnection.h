@@ -61,6 +61,11 @@ public:
     static QByteArray sendSynchronousRequest(const URLRequest& request, HTTPURLResponsePtr* response,
                                              FetchErrorPtr* error);
 
+    // The target of a redirect: the Location value, percent-escaped in UTF-8, resolved
+    // against the URL that answered. Nothing when the value is blank or makes no URL (the
+    // redirect response is then the answer).
+    static std::optional<QUrl> redirectTarget(const QUrl& base, const QString& location);
+
     // "Quillmere/<version>", sent with every request.
     static QByteArray userAgent();
 

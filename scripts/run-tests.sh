@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing (the desktop program's packages included) and runs every test, the
 # desktop program's included, in two trees:
-#   1. debug (debug trace on): the fuzz target, then ctest;
+#   1. debug (debug trace on): the fuzz targets, then ctest;
 #   2. optimised as for a release (NDEBUG, the debug trace compiled out) and built with
 #      AddressSanitizer and UndefinedBehaviorSanitizer: ctest.
 # `--release` runs the suite in a plain Release tree instead of the second one; `--quick`

@@ -15,7 +15,7 @@ trap 'rm -rf "$data"' EXIT
 # Chromium's start-up chatter is kept apart; it is shown only when the picture fails.
 if ! QT_LOGGING_RULES="${QT_LOGGING_RULES:-qt.webenginecontext*=false}" \
     xvfb-run -a -s "-screen 0 1280x960x24" \
-    "$root/build/release/app/quillmere-gui" --demo --data-dir "$data" --screenshot "$out" >"$data/log" 2>&1; then
+    "$root/build/release/tools/gui-harness/quillmere-gui-harness" --data-dir "$data" --screenshot "$out" >"$data/log" 2>&1; then
   cat "$data/log" >&2
   echo "screenshot.sh: no picture taken" >&2
   exit 1

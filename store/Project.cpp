@@ -251,7 +251,12 @@ sqlite3* Project::sqlite3Database()
 bool Project::openSQLiteDatabase()
 {
     DataModelManager* m = manager();
-    sqlite3* handle = m ? m->openOrCreateSQLite3DatabaseWithName(full_sqlite_name()) : nullptr;
+    // A row naming files outside the data directory gets no database: nothing is made,
+    // opened or switched to WAL mode there.
+    const QString escaping = m ? ProjectFilePaths::escapingPath(*m, *this) : QString();
+    if (!escaping.isNull())
+        DebugTrace("openSQLiteDatabase refused: %s lies outside its place", qPrintable(escaping));
+    sqlite3* handle = m && escaping.isNull() ? m->openOrCreateSQLite3DatabaseWithName(full_sqlite_name()) : nullptr;
     // The wrapper is kept even around a null handle: a failed open is not retried until
     // the database is closed.
     database_ = std::make_shared<SQLite3Wrapper>(handle);

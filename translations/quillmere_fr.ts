@@ -1426,6 +1426,44 @@ Options :
         <source>cannot create the project &apos;demo&apos; in %1</source>
         <translation>impossible de créer le projet &apos;demo&apos; dans %1</translation>
     </message>
+    <message id="ProjectErrorNameHasControl">
+        <source>a project name cannot hold control characters (tabs, line ends...)</source>
+        <translation>un nom de projet ne peut pas contenir de caractères de contrôle (tabulations, fins de ligne...)</translation>
+    </message>
+    <message id="ProjectErrorRegistryBusy">
+        <source>the project registry %1 is being changed by another process; try again</source>
+        <translation>le registre des projets %1 est en cours de modification par un autre processus ; réessayez</translation>
+    </message>
+    <message id="ProjectErrorCannotLockRegistry">
+        <source>cannot lock the project registry (%1): %2</source>
+        <translation>impossible de verrouiller le registre des projets (%1) : %2</translation>
+    </message>
+    <message id="ProjectErrorFileOfNoProject">
+        <source>the file %1 belongs to no project (left by a deleted project or a stopped crawl); a new project does not take it over: move or remove it first</source>
+        <translation>le fichier %1 n&apos;appartient à aucun projet (laissé par un projet supprimé ou une analyse interrompue) ; un nouveau projet ne le reprend pas : déplacez-le ou supprimez-le d&apos;abord</translation>
+    </message>
+    <message id="ProjectInUseMessage">
+        <source>The project “%1” is already in use by another program.</source>
+        <translation>Le projet « %1 » est déjà utilisé par un autre programme.</translation>
+    </message>
+    <message id="ProjectInUseByProcess">
+        <source>Process %1 (%2) is crawling or changing it: wait until it has finished.</source>
+        <translation>Le processus %1 (%2) l&apos;analyse ou le modifie : attendez qu&apos;il ait fini.</translation>
+    </message>
+    <message id="ProjectInUseWait">
+        <source>Wait until it has finished.</source>
+        <translation>Attendez qu&apos;il ait fini.</translation>
+    </message>
+    <message id="ProjectLockCannotBeMade">
+        <source>The lock %1 cannot be created: %2</source>
+        <translation>Le verrou %1 ne peut pas être créé : %2</translation>
+    </message>
+    <message id="CliNewURLStoredAs">
+        <source>The URL %1 is stored as %2, the form the crawl compares links with
+</source>
+        <translation>L&apos;URL %1 est enregistrée sous la forme %2, celle à laquelle l&apos;analyse compare les liens
+</translation>
+    </message>
     <message id="CliErrorBadMaxTransferTime">
         <source>--max-transfer-time wants a number of seconds from 1 to 86400</source>
         <translation>--max-transfer-time attend un nombre de secondes de 1 à 86400</translation>

@@ -15,12 +15,13 @@ class NewProjectFiles : public ::testing::Test {
 protected:
     CliResult run(const QStringList& args) { return runCli(args, dir.path(), 20000); }
 
-    // Every file and folder under the data directory, but the registry and the log folder.
+    // Every file and folder under the data directory, but the registry (and the file its
+    // writers lock) and the log folder.
     QStringList leftovers()
     {
         QStringList found;
         for (const QString& entry : QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden))
-            if (entry != "Quillmere.storedata" && entry != "Logs")
+            if (entry != "Quillmere.storedata" && entry != "Quillmere.storedata-lock" && entry != "Logs")
                 found << entry;
         for (const QString& entry : QDir(dir.path() + "/Logs").entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden))
             found << "Logs/" + entry;

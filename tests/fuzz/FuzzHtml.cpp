@@ -1,18 +1,17 @@
-// Feeds random bytes to the HTML parser and node queries, random hrefs, paths and base URLs
-// to the link resolution and the path operations, and random text to the robots.txt rules.
+// Feeds random bytes to the HTML parser and the node queries the page analysis uses, and
+// builds a link from each of the first anchors found. Link resolution from bare strings and
+// the robots.txt rules have targets of their own (fuzz_links, fuzz_robots).
 // The only exception allowed to escape is RangeException (the page analysis catches it);
 // anything else, a sanitizer report or a broken invariant aborts.
 //
-// Input: first byte selects the mode, the rest is the payload. For the string modes the
-// payload holds newline-separated fields: href, current path, base URL, robots.txt text.
+// Input: the first byte selects the mode (even: bytes as received, odd: a UTF-8 string page),
+// the rest is the page.
+
+#include "LinkChecks.h"
 
 #include "html/HTMLLink.h"
 #include "html/HTMLNode.h"
 #include "html/HTMLParser.h"
-#include "html/PathOperations.h"
-#include "html/RangeException.h"
-#include "html/RobotEntryFullURL.h"
-#include "html/RobotEntryJokerURL.h"
 #include "html/RobotsTxt.h"
 #include "html/StringOperations.h"
 
@@ -24,33 +23,11 @@
 #include <libxml/tree.h>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <exception>
 
 namespace {
 
-[[noreturn]] void fail(const char* what, const QString& detail = QString())
-{
-    std::fprintf(stderr, "fuzz_html: %s [%s]\n", what, detail.toUtf8().constData());
-    std::abort();
-}
-
-void check(bool condition, const char* what, const QString& detail = QString())
-{
-    if (!condition)
-        fail(what, detail);
-}
-
-// Runs one step; a range fault ends only that step.
-template <typename Step>
-void guarded(Step step)
-{
-    try {
-        step();
-    } catch (const RangeException&) {
-    }
-}
+using fuzz::check;
+using fuzz::guarded;
 
 const QStringList kBases{QStringLiteral("http://www.example.com/"), QStringLiteral("http://example.com"),
                          QStringLiteral("https://www.example.com/dir/")};
@@ -63,53 +40,6 @@ QList<RobotEntryPtr> fixedRules()
     return rules;
 }
 
-void checkPathOperations(const QString& a, const QString& b)
-{
-    using namespace PathOperations;
-    const QString standard = Standardize(a);
-    check(!standard.contains(QStringLiteral("//")), "Standardize left a run of slashes", a);
-    check(standard == QLatin1String("/") || !standard.endsWith(QLatin1Char('/')), "Standardize left a trailing slash", a);
-    check(Standardize(standard) == standard, "Standardize is not idempotent", a);
-    for (const QString& c : Components(standard)) {
-        check(!c.isEmpty(), "empty component", a);
-        check(c != QLatin1String("."), "dot component after Standardize", a);
-    }
-    const QString joined = Join(a, b);
-    check(!joined.contains(QStringLiteral("//")), "Join left a run of slashes", a + QLatin1Char('|') + b);
-    const QString parent = Parent(a);
-    check(!parent.contains(QStringLiteral("//")), "Parent left a run of slashes", a);
-    check(parent.length() <= a.length(), "Parent grew", a);
-    (void)stringByTrim(a);
-    guarded([&] {
-        const QString cut = stringWithoutLastSlash(a);
-        check(cut.length() == a.length() - (a.endsWith(QLatin1Char('/')) ? 1 : 0), "stringWithoutLastSlash", a);
-    });
-    (void)hasPrefixCaseInsensitive(a, b);
-    (void)isEqualCaseInsensitive(a, b);
-}
-
-void checkLink(const HTMLLink& link)
-{
-    static const QStringList kCodes{QStringLiteral("L0"), QStringLiteral("L1"), QStringLiteral("L2"),
-                                    QStringLiteral("L3"), QStringLiteral("L4"), QStringLiteral("L5.1"),
-                                    QStringLiteral("L5.2"), QStringLiteral("L6")};
-    check(kCodes.contains(link.debugHRef()), "unknown resolution code", link.debugHRef());
-    check(link.debugAnchor().size() == 2 && link.debugAnchor().startsWith(QLatin1Char('A')), "unknown anchor code",
-          link.debugAnchor());
-    check(!link.anchor().isNull(), "null anchor");
-    if (link.href().isNull()) {
-        check(link.fullHref().isNull(), "fullHref without href");
-        check(link.debugHRef() == QLatin1String("L0"), "resolved without href");
-    }
-    check(!link.fullHref().contains(QLatin1Char('#')), "fragment kept", link.fullHref());
-    if (link.isExternalLink())
-        check(link.documentPath().isNull() && link.documentName().isNull(), "external link has a document");
-    else if (!link.fullHref().isNull())
-        check(!link.documentPath().isNull() && !link.documentName().isNull(), "internal link without document",
-              link.fullHref());
-    (void)link.description();
-}
-
 // One of the base and path combinations per anchor keeps each input cheap.
 void exerciseAnchor(const HTMLNodePtr& anchor, qsizetype index, const QList<RobotEntryPtr>& rules)
 {
@@ -117,7 +47,7 @@ void exerciseAnchor(const HTMLNodePtr& anchor, qsizetype index, const QList<Robo
     const QString& path = kPaths[(index / kBases.size()) % kPaths.size()];
     guarded([&] {
         HTMLLinkPtr link = HTMLLink::initWithHTMLNode(anchor, path, base + QStringLiteral("page.html"), base, nullptr);
-        checkLink(*link);
+        fuzz::checkLink(*link);
         if (!link->isExternalLink())
             guarded([&] { (void)link->isAllowedURLwithArrayOfDisallowed(rules); });
     });
@@ -192,83 +122,6 @@ void fuzzStringPage(const QString& text)
     exerciseParser(parser);
 }
 
-void fuzzRobots(const QString& text)
-{
-    QList<RobotEntryPtr> rules;
-    loadRobotsTxtToArray(text, rules);
-    for (const RobotEntryPtr& rule : rules) {
-        check(bool(rule), "null rule");
-        if (auto full = std::dynamic_pointer_cast<RobotEntryFullURL>(rule)) {
-            check(full->robotEntryValue().size() >= 2 && full->robotEntryValue().startsWith(QLatin1Char('/')),
-                  "bad prefix rule", full->robotEntryValue());
-            check(full->isURLDisallowed(full->robotEntryValue()), "prefix rule does not match itself");
-        } else if (auto joker = std::dynamic_pointer_cast<RobotEntryJokerURL>(rule)) {
-            check(!joker->robotEntryValue().contains(QLatin1Char('*')), "star left in fragment rule");
-        } else {
-            fail("rule of the base class");
-        }
-        (void)rule->description();
-    }
-    (void)isAllowedURLWithArrayOfDisallowed(QStringLiteral("/private/x"), rules);
-    (void)isAllowedURLWithArrayOfDisallowed(text, rules);
-}
-
-void fuzzLinkStrings(const QStringList& fields)
-{
-    const QString href = fields.value(0);
-    const QString path = fields.value(1);
-    const QString base = fields.value(2);
-    const QString robots = fields.mid(3).join(QLatin1Char('\n'));
-
-    checkPathOperations(href, path);
-    checkPathOperations(path, base);
-    checkPathOperations(base, href);
-
-    // A real element carrying the href, with the href as its text as well.
-    xmlDocPtr doc = xmlNewDoc(BAD_CAST "1.0");
-    xmlNodePtr anchor = xmlNewNode(nullptr, BAD_CAST "a");
-    xmlDocSetRootElement(doc, anchor);
-    const QByteArray hrefBytes = href.toUtf8();
-    xmlNewProp(anchor, BAD_CAST "href", BAD_CAST hrefBytes.constData());
-    xmlNodeAddContent(anchor, BAD_CAST hrefBytes.constData());
-    const HTMLNodePtr node = HTMLNode::initWithXMLNode(anchor);
-
-    QList<RobotEntryPtr> rules;
-    loadRobotsTxtToArray(robots, rules);
-    guarded([&] {
-        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(node, path, base, base, nullptr);
-        checkLink(*link);
-        guarded([&] { (void)link->isAllowedURLwithArrayOfDisallowed(rules); });
-    });
-    const QString& fixedBase = kBases[href.size() % kBases.size()];
-    guarded([&] { checkLink(*HTMLLink::initWithHTMLNode(node, path, fixedBase, fixedBase, nullptr)); });
-    guarded([&] {
-        HTMLLink link;
-        link.extractPathAndDocumentWithURL(href, fixedBase);
-        check(!link.documentPath().isNull() || href.isNull(), "no document path", href);
-    });
-    guarded([&] {
-        QString directory;
-        QString name;
-        HTMLLink::extractFromHRef(href, path, directory, name);
-        check(!directory.isNull() && !name.isNull(), "null extraction output");
-    });
-    for (const RobotEntryPtr& rule : rules)
-        (void)rule->isURLDisallowed(href);
-    xmlFreeDoc(doc);
-    fuzzRobots(robots);
-}
-
-// Any sequence of UTF-16 code units, lone surrogates included.
-QString utf16From(const QByteArray& bytes)
-{
-    QString text;
-    for (qsizetype i = 0; i + 1 < bytes.size(); i += 2)
-        text.append(QChar(static_cast<char16_t>(static_cast<unsigned char>(bytes[i])
-                                                | (static_cast<unsigned char>(bytes[i + 1]) << 8))));
-    return text;
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
@@ -282,30 +135,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     if (size == 0)
         return 0;
     const QByteArray payload(reinterpret_cast<const char*>(data) + 1, static_cast<qsizetype>(size - 1));
-    try {
-        switch (data[0] % 5) {
-        case 0:
+    fuzz::runInput([&] {
+        if (data[0] % 2 == 0)
             fuzzPage(payload);
-            break;
-        case 1:
+        else
             fuzzStringPage(QString::fromUtf8(payload));
-            break;
-        case 2:
-            fuzzLinkStrings(QString::fromUtf8(payload).split(QLatin1Char('\n')));
-            break;
-        case 3:
-            fuzzLinkStrings(utf16From(payload).split(QLatin1Char('\n')));
-            break;
-        case 4:
-            fuzzRobots(QString::fromUtf8(payload));
-            break;
-        }
-    } catch (const RangeException&) {
-        // The one fault the page analysis expects.
-    } catch (const std::exception& e) {
-        fail("unexpected exception", QString::fromUtf8(e.what()));
-    } catch (...) {
-        fail("unexpected exception of unknown type");
-    }
+    });
     return 0;
 }

@@ -1,4 +1,4 @@
-#include "app/ScriptedCrawl.h"
+#include "ScriptedCrawl.h"
 
 #include "app/DocumentsView.h"
 

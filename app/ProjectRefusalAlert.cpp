@@ -1,0 +1,20 @@
+#include "app/ProjectRefusalAlert.h"
+
+#include "app/Alert.h"
+#include "store/Localization.h"
+#include "store/StringTable.h"
+
+void ProjectRefusalAlert::show(const ProjectCatalog::Result& refusal, QWidget* parent)
+{
+    const StringTable& text = StringTable::forLanguage(StringTable::Language::French);
+    Alert alert;
+    if (refusal.lockRefusal) {
+        alert.setMessageText(refusal.lockRefusal->message(text));
+        alert.setInformativeText(refusal.lockRefusal->details(text));
+    } else {
+        alert.setMessageText(refusal.why);
+        alert.setInformativeText(QString());
+    }
+    alert.addButtonWithTitle(Localization::localizedString("MainViewAlertDownloadErrorDefaultButton"));
+    alert.runModal(parent);
+}

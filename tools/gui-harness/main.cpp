@@ -1,0 +1,150 @@
+// quillmere-gui-harness: drives the desktop program's real window for pictures and timings;
+// it is a tool of the project, not part of the shipped program.
+//   quillmere-gui-harness [--data-dir DIR] --screenshot FILE
+//   quillmere-gui-harness [--data-dir DIR] --bench-crawl NAME
+// --screenshot FILE serves the built-in demo site, presses the start button, waits for the
+// crawl and the vacuum that follows it to end (two minutes at most), selects the page that
+// receives the most links so that the links list has rows, lets the preview finish loading,
+// then saves a PNG of the main window as the screen shows it and quits. Status 0 when the file
+// is written, 1 with a message otherwise. The picture comes from the screen, not from the
+// widgets, so that it shows the preview: it needs a display, xvfb-run's will do.
+// --bench-crawl NAME opens the project NAME, crawls it from scratch from the start button
+// and quits, printing on standard output one line:
+//   bench-crawl pages=P seconds=S max_paint_gap_ms=G max_tick_gap_ms=T
+// P is the pages analysed, S the time from the button press to the end of the vacuum, G the
+// longest time between two paint events of the program's windows during it, T the longest
+// time between two ticks of a 5 ms timer (how long the event loop went without a turn).
+#include "ScriptedCrawl.h"
+
+#include "app/AppDelegate.h"
+#include "app/DocumentsView.h"
+#include "app/GuiLaunch.h"
+#include "app/MainViewController.h"
+#include "app/MainWindow.h"
+#include "app/WebPreviewPage.h"
+#include "crawler/CrawlStartDecision.h"
+#include "demo/DemoServer.h"
+#include "store/DataModelManager.h"
+#include "store/Project.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QPixmap>
+#include <QScreen>
+#include <QTableView>
+#include <QTimer>
+
+#include <cstdio>
+#include <limits>
+#include <memory>
+
+namespace {
+
+// Once the demo crawl is over: select the most linked page, let the preview load, grab the
+// window. Calls `end` with the status.
+void takeScreenshot(AppDelegate& delegate, const bool& previewLoaded, const QString& file, std::function<void(int)> end)
+{
+    DocumentsView* documents = delegate.mainViewController()->documentsView();
+    const int row = ScriptedCrawl::rowWithMostIncomingLinks(documents);
+    if (row >= 0) {
+        documents->documentsTableView()->selectRow(row);
+        documents->documentsTableView()->scrollTo(documents->documentsTableView()->model()->index(row, 0));
+    }
+    ScriptedCrawl::whenPreviewLoaded(previewLoaded, 10000, 1500, [&delegate, file, end] {
+        MainWindow* window = delegate.window();
+        QScreen* screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
+        const QPixmap shot = screen ? screen->grabWindow(window->winId()) : QPixmap();
+        if (shot.isNull() || !shot.save(file, "PNG")) {
+            std::fprintf(stderr, "quillmere-gui-harness: could not grab the window into %s\n", qPrintable(file));
+            end(1);
+            return;
+        }
+        std::fprintf(stderr, "Screenshot (%dx%d) saved in %s\n", shot.width(), shot.height(), qPrintable(file));
+        end(0);
+    });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    GuiLaunch::prepareProcess();
+    QApplication app(argc, argv);
+    GuiLaunch::configureApplication();
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Drives the Quillmere window for a picture or a timing"));
+    parser.addHelpOption();
+    QCommandLineOption dataDir(QStringLiteral("data-dir"), QStringLiteral("where the projects live"), QStringLiteral("DIR"));
+    QCommandLineOption screenshot(QStringLiteral("screenshot"),
+                                  QStringLiteral("serve the demo site, crawl it, select a page, save the window as a PNG and quit"),
+                                  QStringLiteral("FILE"));
+    QCommandLineOption benchCrawl(QStringLiteral("bench-crawl"),
+                                  QStringLiteral("crawl the project from scratch, print the time taken and quit"),
+                                  QStringLiteral("NAME"));
+    parser.addOption(dataDir);
+    parser.addOption(screenshot);
+    parser.addOption(benchCrawl);
+    parser.process(app);
+    if (parser.isSet(dataDir))
+        DataModelManager::setDataDirectoryOverride(parser.value(dataDir));
+    if (parser.isSet(screenshot) == parser.isSet(benchCrawl)) {
+        std::fprintf(stderr, "quillmere-gui-harness: give one of --screenshot FILE and --bench-crawl NAME\n");
+        return 2;
+    }
+
+    AppDelegate delegate;
+    delegate.applicationDidFinishLaunching();
+    MainViewController* controller = delegate.mainViewController();
+
+    DemoServer server;
+    if (parser.isSet(screenshot) && !GuiLaunch::openDemo(server, controller))
+        return 1;
+    if (parser.isSet(benchCrawl)) {
+        ProjectPtr project = Project::getProjectWithName(parser.value(benchCrawl));
+        if (!project) {
+            std::fprintf(stderr, "quillmere-gui-harness: no project named '%s'\n", qPrintable(parser.value(benchCrawl)));
+            return 2;
+        }
+        // From scratch: no alert about an earlier crawl.
+        if (CrawlStartDecision::situationForProject(project) != CrawlStartDecision::Situation::Fresh)
+            CrawlStartDecision::apply(CrawlStartDecision::Choice::Restart, project);
+        controller->populateCurrentProject(project);
+    }
+
+    int scriptedStatus = -1;
+    auto endScriptedRun = [&](int status) {
+        scriptedStatus = status;
+        delegate.quit();
+    };
+    bool previewLoaded = false;
+    QObject::connect(controller->webPage(), &QWebEnginePage::loadFinished, [&] { previewLoaded = true; });
+
+    std::unique_ptr<ScriptedCrawl> scripted;
+    if (parser.isSet(screenshot)) {
+        const QString file = parser.value(screenshot);
+        scripted = std::make_unique<ScriptedCrawl>(delegate, 120000, [&, file](bool ended) {
+            if (!ended) {
+                std::fprintf(stderr, "quillmere-gui-harness: the demo crawl did not end within 120 s\n");
+                endScriptedRun(1);
+                return;
+            }
+            takeScreenshot(delegate, previewLoaded, file, endScriptedRun);
+        });
+    } else {
+        scripted = std::make_unique<ScriptedCrawl>(delegate, std::numeric_limits<qint64>::max(), [&](bool) {
+            std::printf("bench-crawl pages=%d seconds=%.3f max_paint_gap_ms=%lld max_tick_gap_ms=%lld\n",
+                        controller->currentProject() ? controller->currentProject()->pages_count() : 0, scripted->seconds(),
+                        static_cast<long long>(scripted->maxPaintGapMs()),
+                        static_cast<long long>(scripted->maxTickGapMs()));
+            std::fflush(stdout);
+            endScriptedRun(0);
+        });
+    }
+
+    delegate.window()->show();
+    QTimer::singleShot(0, scripted.get(), [&] { scripted->start(); });
+    const int status = QApplication::exec();
+    server.stop();
+    return scriptedStatus >= 0 ? scriptedStatus : status;
+}
