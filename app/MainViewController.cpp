@@ -13,6 +13,7 @@
 #include "app/ProjectRefusalAlert.h"
 #include "app/SplitView.h"
 #include "app/WebPreviewPage.h"
+#include "crawler/CrawlAndVacuum.h"
 #include "crawler/CrawlSettings.h"
 #include "crawler/CrawlStartDecision.h"
 #include "crawler/DownloaderOperationLibXML.h"
@@ -159,11 +160,14 @@ void MainViewController::queueCrawler()
     // The queue holds the controller only while it runs; the window outlives every
     // operation (see stopAndWaitForOperations).
     std::shared_ptr<DownloaderDelegate> delegate(std::shared_ptr<void>(), static_cast<DownloaderDelegate*>(this));
+    std::shared_ptr<VacuumCleanerDelegate> cleaner(std::shared_ptr<void>(), static_cast<VacuumCleanerDelegate*>(this));
     downloaderOperation_ = DownloaderOperationLibXML::initWithProject(currentProject_, delegate);
     // The window has no options of its own: the command line's defaults, the bound on a
     // whole transfer among them.
     CrawlSettings().applyTo(*downloaderOperation_);
-    operationsQueue_->addOperation(downloaderOperation_);
+    CrawlAndVacuum::start(
+        operationsQueue_.get(), downloaderOperation_, currentProject_, cleaner,
+        [this](const std::shared_ptr<VacuumCleanerOperation>& vacuum) { vacuumOperation_ = vacuum; }, {});
 }
 
 void MainViewController::startCrawlerForProject(const std::shared_ptr<Project>& project)
@@ -292,12 +296,12 @@ void MainViewController::stopAndWaitForOperations()
 {
     if (!isBusy())
         return;
+    // Kept even when asked before the crawl's run has begun.
     stopIndexer();
     // The crawl winds down through its relays, then the vacuum runs: both need this thread.
     QEventLoop loop;
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        stopIndexer();
         if (!isBusy())
             loop.quit();
     });
@@ -377,7 +381,8 @@ void MainViewController::downloaderDidEnd()
     progressView_->updateStopDate(currentProject_->crawler_stop_date());
     progressView_->crawlerDidEnd();
     documentsView_->refreshTableViewWithFilter(PageFilter::All);
-    // Every crawl, finished or stopped, is followed by the vacuum; the sheet stays up.
+    // Every crawl, finished or stopped, is followed by the vacuum (queued with it); the sheet
+    // stays up.
     progressView_->actionCompresser();
 }
 

@@ -175,9 +175,9 @@ void ProgressView::actionStop()
 
 void ProgressView::actionCompresser()
 {
+    // The vacuum that follows every crawl is already queued with it; until it ends, no new
+    // crawl can start.
     buttonLancer_->setEnabled(false);
-    if (mainViewController_)
-        mainViewController_->startVacuumForProject(internalCurrentProject_);
 }
 
 void ProgressView::crawlerDidEnd()

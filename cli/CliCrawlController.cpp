@@ -1,12 +1,9 @@
 #include "cli/CliCrawlController.h"
 
-#include "crawler/OperationQueue.h"
-#include "crawler/VacuumCleanerOperation.h"
 #include "store/DebugTrace.h"
 #include "store/Project.h"
 
-CliCrawlController::CliCrawlController(std::shared_ptr<Project> project, OperationQueue* queue, bool vacuumAfterCrawl)
-    : project_(project), queue_(queue), vacuumAfterCrawl_(vacuumAfterCrawl)
+CliCrawlController::CliCrawlController(std::shared_ptr<Project> project) : project_(project)
 {
     setProject(project);
 }
@@ -16,8 +13,6 @@ void CliCrawlController::downloaderDidStart()
     DebugTrace("downloaderDidStart");
     timer_.start();
     keeper().crawlDidStart();
-    if (stopFlag_ && stopRequested_ && stopRequested_())
-        stopFlag_->store(false);
 }
 
 void CliCrawlController::downloaderDidEnd()
@@ -26,13 +21,6 @@ void CliCrawlController::downloaderDidEnd()
     crawlSeconds_ = timer_.isValid() ? double(timer_.nsecsElapsed()) / 1e9 : 0.0;
     keeper().crawlDidEnd(&waiting_, &done_);
     progress_.queue(waiting_, done_);
-    if (vacuumAfterCrawl_) {
-        // The same queue: the vacuum starts once this crawl's operation has returned.
-        std::shared_ptr<VacuumCleanerDelegate> self(self_.lock(), static_cast<VacuumCleanerDelegate*>(this));
-        queue_->addOperation(VacuumCleanerOperation::initWithProject(project_, self));
-    } else if (finished_) {
-        finished_();
-    }
 }
 
 void CliCrawlController::downloaderEndWithError(const QString& error)

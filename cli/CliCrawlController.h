@@ -6,29 +6,19 @@
 
 #include <QElapsedTimer>
 
-#include <atomic>
-
 #include <functional>
 #include <memory>
 
-class OperationQueue;
 class Project;
 
 // The command line's crawl delegate: the main window's decisions without a window. It keeps
-// the records, shows progress, and runs the vacuum when a crawl ends.
+// the records and shows the progress of the crawl and of the vacuum.
 class CliCrawlController : public RecordKeepingDelegate, public VacuumCleanerDelegate {
 public:
-    CliCrawlController(std::shared_ptr<Project> project, OperationQueue* queue, bool vacuumAfterCrawl);
+    explicit CliCrawlController(std::shared_ptr<Project> project);
 
-    // Called on the main thread once everything (crawl, then vacuum) has ended.
+    // Called on the main thread when a vacuum has ended.
     void setFinishedHandler(std::function<void()> handler) { finished_ = std::move(handler); }
-    void setSelf(std::weak_ptr<CliCrawlController> self) { self_ = std::move(self); }
-    // A stop asked for before the crawl started is honoured once it has.
-    void setStopFlag(std::atomic<bool>* flag, std::function<bool()> stopRequested)
-    {
-        stopFlag_ = flag;
-        stopRequested_ = std::move(stopRequested);
-    }
 
     QString endError() const { return endError_; }
     qint64 waitingCount() const { return waiting_; }
@@ -57,13 +47,8 @@ public:
 
 private:
     std::shared_ptr<Project> project_;
-    OperationQueue* queue_;
-    bool vacuumAfterCrawl_;
     CrawlProgress progress_;
     std::function<void()> finished_;
-    std::weak_ptr<CliCrawlController> self_;
-    std::atomic<bool>* stopFlag_ = nullptr;
-    std::function<bool()> stopRequested_;
     QString endError_;
     qint64 waiting_ = 0;
     qint64 done_ = 0;

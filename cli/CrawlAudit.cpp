@@ -2,9 +2,9 @@
 
 #include "cli/CliContext.h"
 #include "cli/CliText.h"
+#include "crawler/StartPageDiagnosis.h"
 #include "store/FetchLog.h"
 #include "store/Project.h"
-#include "store/StartPageDiagnosis.h"
 
 #include <cstdio>
 
@@ -12,8 +12,6 @@ namespace CrawlAudit {
 
 namespace {
 bool g_failOnBroken = false;
-// The start page is asked for once more only to read its tags; it answered moments ago.
-constexpr double kDiagnosisTimeoutSeconds = 30;
 } // namespace
 
 void setFailOnBroken(bool fail)
@@ -21,27 +19,36 @@ void setFailOnBroken(bool fail)
     g_failOnBroken = fail;
 }
 
-void complete(const ProjectPtr& project, ReportCommands::CrawlRunFigures* figures)
+void complete(const ProjectPtr& project, const StartPageStop& stop, ReportCommands::CrawlRunFigures* figures)
 {
     figures->brokenLinks = FetchLog::countBrokenLinks(project);
     figures->brokenTargets = FetchLog::countBrokenTargets(project);
     if (!figures->stopped)
-        figures->whyNothing = whyNothingWasAnalysed(project);
+        figures->whyNothing = whyNothingWasAnalysed(project, stop);
 }
 
-int exitStatus(int status, const ReportCommands::CrawlRunFigures& figures)
+int exitStatus(const ProjectPtr& project, int status, const ReportCommands::CrawlRunFigures& figures)
 {
-    if (status != ExitOk || !g_failOnBroken || figures.brokenLinks == 0)
+    if (status != ExitOk || !g_failOnBroken)
+        return status;
+    // No page links to the start page: its failure counts for none of the links, yet the site
+    // could not be checked at all.
+    const FetchLogPtr start = FetchLog::getFetchLogWithURL(project->url(), project);
+    if (start && start->isBroken()) {
+        return failWith(ExitBrokenLinks,
+                        CliText::tr("CliFailOnBrokenStartPage").arg(project->url(), start->statusText()));
+    }
+    if (figures.brokenLinks == 0)
         return status;
     failWith(ExitBrokenLinks, CliText::tr("CliFailOnBroken").arg(figures.brokenLinks).arg(figures.brokenTargets));
     return ExitBrokenLinks;
 }
 
-QString whyNothingWasAnalysed(const ProjectPtr& project)
+QString whyNothingWasAnalysed(const ProjectPtr& project, const StartPageStop& stop)
 {
     if (!StartPageDiagnosis::crawlAnalysedNothing(project))
         return QString();
-    const StartPageDiagnosis::Result d = StartPageDiagnosis::diagnose(project, kDiagnosisTimeoutSeconds);
+    const StartPageDiagnosis::Result d = StartPageDiagnosis::diagnose(project, stop);
     const QString url = d.startUrl;
     QString why;
     switch (d.reason) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/ReportCommands.h"
+#include "crawler/StartPageStop.h"
 
 #include <memory>
 
@@ -11,10 +12,13 @@ class Project;
 namespace CrawlAudit {
 // crawl --fail-on-broken: a crawl that found broken internal links exits with ExitBrokenLinks.
 void setFailOnBroken(bool fail);
-// Fills the figures' broken counts and, when nothing was analysed, the explanation.
-void complete(const std::shared_ptr<Project>& project, ReportCommands::CrawlRunFigures* figures);
-// The crawl's own status, unless it is ExitOk and broken links fail the run.
-int exitStatus(int status, const ReportCommands::CrawlRunFigures& figures);
+// Fills the figures' broken counts and, when nothing was analysed, the explanation, from the
+// crawl database and what the run read on its start page.
+void complete(const std::shared_ptr<Project>& project, const StartPageStop& stop,
+              ReportCommands::CrawlRunFigures* figures);
+// The crawl's own status, unless it is ExitOk and broken links, or a start page that failed
+// or answered 4xx/5xx, fail the run.
+int exitStatus(const std::shared_ptr<Project>& project, int status, const ReportCommands::CrawlRunFigures& figures);
 // The explanation printed for a crawl that analysed nothing; empty when it analysed pages.
-QString whyNothingWasAnalysed(const std::shared_ptr<Project>& project);
+QString whyNothingWasAnalysed(const std::shared_ptr<Project>& project, const StartPageStop& stop);
 } // namespace CrawlAudit

@@ -8,6 +8,7 @@
 #include "cli/ProjectLocking.h"
 #include "cli/ReportCommands.h"
 #include "cli/StopSignal.h"
+#include "crawler/CrawlAndVacuum.h"
 #include "crawler/CrawlStartDecision.h"
 #include "crawler/DownloaderCmdLineTestController.h"
 #include "crawler/DownloaderOperationLibXML.h"
@@ -67,8 +68,9 @@ Choice decide(CliContext& context, const ProjectPtr& project, int* status)
     }
     qint64 waiting = 0;
     const Situation situation = CrawlStartDecision::situationForProject(project, &waiting);
+    // A database made afresh for --restart may sit under the counts of the crawl it replaces.
     if (situation == Situation::Fresh)
-        return Choice::Start;
+        return wantRestart ? Choice::Restart : Choice::Start;
     const bool terminal = isatty(STDIN_FILENO) == 1;
     if (situation == Situation::Finished) {
         if (wantRestart)
@@ -159,19 +161,18 @@ int crawlAndReport(const ProjectPtr& project, const CrawlSettings& settings)
 {
     ReportCommands::CrawlRunFigures figures;
     QString databaseError;
+    StartPageStop startPageStop;
     {
         OperationQueue queue;
         queue.setMaxConcurrentOperationCount(1);
-        auto controller = std::make_shared<CliCrawlController>(project, &queue, true);
-        controller->setSelf(controller);
+        auto controller = std::make_shared<CliCrawlController>(project);
         std::shared_ptr<DownloaderDelegate> delegate(controller, static_cast<DownloaderDelegate*>(controller.get()));
+        std::shared_ptr<VacuumCleanerDelegate> cleaner(controller, static_cast<VacuumCleanerDelegate*>(controller.get()));
         auto operation = DownloaderOperationLibXML::initWithProject(project, delegate);
         settings.applyTo(*operation);
-        controller->setStopFlag(operation->canContinueFlag(), &StopSignal::received);
         QEventLoop loop;
-        controller->setFinishedHandler([&loop] { loop.quit(); });
         StopSignal::install(operation->canContinueFlag());
-        queue.addOperation(operation);
+        CrawlAndVacuum::start(&queue, operation, project, cleaner, {}, [&loop] { loop.quit(); });
         loop.exec();
         queue.waitUntilAllOperationsAreFinished();
         StopSignal::uninstall();
@@ -181,10 +182,11 @@ int crawlAndReport(const ProjectPtr& project, const CrawlSettings& settings)
         figures.stopped = StopSignal::received();
         figures.endError = controller->endError();
         databaseError = operation->databaseError();
+        startPageStop = operation->startPageStop();
     }
-    CrawlAudit::complete(project, &figures);
+    CrawlAudit::complete(project, startPageStop, &figures);
     ReportCommands::printCrawlReport(project, figures);
-    return CrawlAudit::exitStatus(finalStatus(project, figures, databaseError), figures);
+    return CrawlAudit::exitStatus(project, finalStatus(project, figures, databaseError), figures);
 }
 
 int runCrawl(CliContext& context)
@@ -212,7 +214,9 @@ int runCrawl(CliContext& context)
     if (!settings.parse(parallel, maxRate, &why))
         return failWith(ExitUsage, CliText::tr("CliErrorBadMaxRate"));
     int status = ExitOk;
-    ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), ProjectAccess::Need::Write, &status);
+    const auto need = context.command.flags.contains(QStringLiteral("--restart")) ? ProjectAccess::Need::Restart
+                                                                                   : ProjectAccess::Need::Write;
+    ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), need, &status);
     if (!project)
         return status;
     const auto lock = ProjectLocking::take(project->name(), project->full_sqlite_name(), QStringLiteral("crawl"), &status);
@@ -266,6 +270,7 @@ int runCrawlURL(CliContext& context)
 
     ReportCommands::CrawlRunFigures figures;
     ProjectPtr project;
+    StartPageStop startPageStop;
     {
         auto driver = std::make_shared<DownloaderCmdLineTestController>();
         driver->launchTestWithProject(created.project, [&settings](DownloaderOperationLibXML& operation) {
@@ -285,11 +290,12 @@ int runCrawlURL(CliContext& context)
         figures.seconds = double(timer.nsecsElapsed()) / 1e9;
         figures.stopped = StopSignal::received();
         figures.pagesThisRun = qint32(QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project));
+        startPageStop = driver->downloaderOperation()->startPageStop();
     }
     // This driver keeps no page count of its own: report what the queue shows.
     project->setPages_count(figures.pagesThisRun);
     manager->saveContext();
-    CrawlAudit::complete(project, &figures);
+    CrawlAudit::complete(project, startPageStop, &figures);
     ReportCommands::printCrawlReport(project, figures);
     return figures.stopped ? ExitInterrupted : ExitOk;
 }
@@ -306,8 +312,7 @@ int runVacuum(CliContext& context)
     qint64 cleaned = 0;
     {
         OperationQueue queue;
-        auto controller = std::make_shared<CliCrawlController>(project, &queue, false);
-        controller->setSelf(controller);
+        auto controller = std::make_shared<CliCrawlController>(project);
         std::shared_ptr<VacuumCleanerDelegate> delegate(controller, static_cast<VacuumCleanerDelegate*>(controller.get()));
         QEventLoop loop;
         controller->setFinishedHandler([&loop] { loop.quit(); });

@@ -1,6 +1,7 @@
 #include "cli/ProjectAccess.h"
 
 #include "cli/CliText.h"
+#include "crawler/CrawlRecordKeeper.h"
 #include "store/DataModelManager.h"
 #include "store/DatabaseFileCheck.h"
 #include "store/Project.h"
@@ -41,7 +42,7 @@ std::shared_ptr<Project> open(CliContext& context, const QString& name, Need nee
     if (!filesStayInDataDirectory(context, *project, status))
         return nullptr;
     const QString directory = manager->applicationFilesDirectory();
-    if (need == Need::Write && !directoryIsWritable(directory)) {
+    if (need != Need::Read && !directoryIsWritable(directory)) {
         failWith(ExitUsage, CliText::tr("CliErrorDataDirNotWritable").arg(directory));
         return nullptr;
     }
@@ -50,8 +51,14 @@ std::shared_ptr<Project> open(CliContext& context, const QString& name, Need nee
         failWith(ExitUsage, CliText::tr("CliErrorDatabaseMissing").arg(name, file));
         return nullptr;
     }
-    sqlite3* db = project->sqlite3Database();
+    // Made afresh, it would be an empty crawl under the registry's old counts.
+    if (need == Need::Write && !QFileInfo::exists(file)) {
+        failWith(ExitUsage, CliText::tr("CliErrorDatabaseMissingRestart").arg(name, file));
+        return nullptr;
+    }
     QString why;
+    sqlite3* db = need == Need::Read ? (project->openSQLiteDatabaseForReading() ? project->sqlite3Database() : nullptr)
+                                     : project->sqlite3Database();
     if (!db || !DatabaseFileCheck::hasCrawlTables(db, &why)) {
         project->closeSQLiteDatabase();
         failWith(ExitUsage, CliText::tr("CliErrorDatabaseCannotBeRead")
@@ -67,6 +74,17 @@ std::shared_ptr<Project> open(CliContext& context, const QString& name, Need nee
                                  : damagedDatabase(name, file, why));
         return nullptr;
     }
+    // The library opens a file it may not write read-only, and every write would then fail
+    // one by one under a crawl that reports success.
+    if (need != Need::Read && sqlite3_db_readonly(db, "main") != 0) {
+        project->closeSQLiteDatabase();
+        *status = failWith(ExitFailure, CliText::tr("CliErrorDatabaseReadOnly").arg(name, file));
+        return nullptr;
+    }
+    // What a crawl killed in its end steps left behind in the registry is put right here; only
+    // a command that writes saves it.
+    if (CrawlRecordKeeper::reconcileWithDatabase(project) && need != Need::Read)
+        manager->saveContext(false);
     *status = ExitOk;
     return project;
 }
@@ -92,7 +110,7 @@ int databaseFailureStatus(const std::shared_ptr<Project>& project, Need need)
     const QString file = project->full_sqlite_name();
     if (DatabaseFileCheck::isDamage(code))
         return failWith(ExitUsage, damagedDatabase(project->name(), file, wrapper->stepFailureMessage()));
-    if (need == Need::Write)
+    if (need != Need::Read)
         return failWith(ExitFailure, CliText::tr("CliErrorDatabaseNotWritten")
                                          .arg(project->name(), file, wrapper->stepFailureMessage()));
     return failWith(ExitUsage, CliText::tr("CliErrorDatabaseCannotBeRead")

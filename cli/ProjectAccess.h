@@ -9,7 +9,9 @@ class Project;
 // Finds the project a command names and checks that its files can be used; on failure
 // prints why and answers null with *status set.
 namespace ProjectAccess {
-enum class Need { Read, Write };
+// Read opens the crawl database read-only and changes nothing on disk; Write needs the
+// database there and writable; Restart lets a missing one be made afresh.
+enum class Need { Read, Write, Restart };
 std::shared_ptr<Project> open(CliContext& context, const QString& name, Need need, int* status);
 
 // A registry row whose files would lie outside the data directory comes from a damaged

@@ -53,6 +53,39 @@ qint32 CrawlRecordKeeper::pageCountOf(const std::shared_ptr<Project>& project)
     return qMax(project->pages_count(), readCommittedCount(project));
 }
 
+bool CrawlRecordKeeper::reconcileWithDatabase(const std::shared_ptr<Project>& project)
+{
+    // The end steps save the stop date: an earlier one (or none) after the start date says
+    // they never did.
+    const QDateTime start = project->crawler_start_date();
+    const QDateTime stop = project->crawler_stop_date();
+    if (!start.isValid() || (stop.isValid() && stop >= start))
+        return false;
+    bool changed = false;
+    // 0 is also what a database of an earlier version holds: no count to go by.
+    const qint32 committed = readCommittedCount(project);
+    if (committed > 0 && committed != project->pages_count()) {
+        project->setPages_count(committed);
+        changed = true;
+    }
+    if (QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project) == 0) {
+        // During the walk the registry holds the depth of the page in hand, not the deepest.
+        qint32 deepest = 0;
+        sqlite3_stmt* stmt = nullptr;
+        sqlite3* db = project->sqlite3Database();
+        if (db && sqlite3_prepare_v2(db, "select max(depth) from DownloaderQueue where perform_done = 1", -1, &stmt, nullptr)
+                      == SQLITE_OK
+            && sqlite3_step(stmt) == SQLITE_ROW)
+            deepest = sqlite3_column_int(stmt, 0);
+        sqlite3_finalize(stmt);
+        if (deepest > project->max_depth()) {
+            project->setMax_depth(deepest);
+            changed = true;
+        }
+    }
+    return changed;
+}
+
 void CrawlRecordKeeper::restartProject(const std::shared_ptr<Project>& project)
 {
     // Zeroed before the pages go, so that no empty database is left with the old count.

@@ -27,6 +27,11 @@ public:
     // The project's page count: the registry's, or the committed one when a crawl killed
     // outright left the registry behind.
     static qint32 pageCountOf(const std::shared_ptr<Project>& project);
+    // A crawl killed before its end steps saved the registry leaves the registry's count and
+    // depth behind its pages: the count committed in the crawl database's header wins, and
+    // when nothing waits, the depth is that of the deepest entry done. Changes the project
+    // in memory only; answers whether it changed it (the caller saves, if it may write).
+    static bool reconcileWithDatabase(const std::shared_ptr<Project>& project);
     // A crawl from scratch: empties the crawl database and the last crawl's counters.
     static void restartProject(const std::shared_ptr<Project>& project);
 

@@ -111,7 +111,8 @@ QString DownloaderOperationLibXML::firstURLErrorMessage()
 
 void DownloaderOperationLibXML::main()
 {
-    setCanContinue(true);
+    // The flag is not set again here: a stop asked for before the run began holds, and the
+    // run goes straight to its end steps.
     downloaderDidStart();
     if (!isContinueMode_) {
         QuillmereDownloaderQueue::createDownloaderQueueWithURL(project_->url(), QStringLiteral("/"),
@@ -382,6 +383,8 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
             noFollow = true;
     }
     if (noIndex && noFollow) {
+        if (url == project_->url())
+            startPageStop_ = StartPageStop{StartPageStop::Kind::NoIndexNoFollow, QString()};
         if (currentPage) {
             currentPage->updateIsNoIndex(true);
             currentPage->updateIsNoFollow(true);
@@ -402,6 +405,8 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         canonical = (!href.isNull() && canonicalComparisonForm(href) == canonicalComparisonForm(url)) ? QString() : href;
     }
     if (!canonical.isNull()) {
+        if (url == project_->url())
+            startPageStop_ = StartPageStop{StartPageStop::Kind::Canonical, canonical};
         if (currentPage) {
             currentPage->updateIsCanonical(true);
             updatePage(currentPage, title);

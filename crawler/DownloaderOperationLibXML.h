@@ -2,6 +2,7 @@
 
 #include "crawler/DownloaderDelegate.h"
 #include "crawler/Operation.h"
+#include "crawler/StartPageStop.h"
 #include "store/QuillmereDownloaderQueue.h"
 
 #include <QList>
@@ -37,7 +38,8 @@ public:
     static std::shared_ptr<DownloaderOperationLibXML>
     initForContinueWithProject(std::shared_ptr<Project> project, std::shared_ptr<DownloaderDelegate> delegate);
 
-    // The stop flag: the only value written from another thread while the crawl runs.
+    // The stop flag: the only value written from another thread while the crawl runs. It
+    // starts set, so that a stop asked for before the run begins is kept.
     bool canContinue() const { return canContinue_.load(); }
     void setCanContinue(bool value) { canContinue_.store(value); }
     // Where a signal handler may clear the flag (lock-free atomic).
@@ -75,6 +77,9 @@ public:
     // Set when the crawl database refused a page's writes (disk full, file gone); the walk
     // then stops.
     QString databaseError() const { return databaseError_; }
+    // Why the start page was left unanalysed in this run, when its tags said so. Read once
+    // the run is over.
+    StartPageStop startPageStop() const { return startPageStop_; }
 
     void main() override;
     void downloadFromWaitingQueue();
@@ -132,7 +137,7 @@ private:
     QByteArray fetchPage(const QString& url, const QUrl& origin);
     void fetchAheadFrom(const QList<QuillmereDownloaderQueuePtr>& batch, qsizetype next);
 
-    std::atomic<bool> canContinue_{false};
+    std::atomic<bool> canContinue_{true};
     bool isPossibleFirstURLError_ = false;
     bool isContinueMode_ = false;
     qint32 htmlFileCounter_ = 1;
@@ -160,4 +165,5 @@ private:
     bool queueCountsKnown_ = false;
     qint64 waitingCount_ = 0;
     qint64 doneCount_ = 0;
+    StartPageStop startPageStop_;
 };

@@ -8,6 +8,7 @@
 #include "store/DisplayText.h"
 #include "store/ManagedObjectContext.h"
 #include "store/ProjectFilePaths.h"
+#include "store/ReadOnlyDatabase.h"
 #include "store/SQLite3Wrapper.h"
 #include "store/StatementCache.h"
 
@@ -261,6 +262,14 @@ bool Project::openSQLiteDatabase()
     // the database is closed.
     database_ = std::make_shared<SQLite3Wrapper>(handle);
     return database_ != nullptr;
+}
+
+bool Project::openSQLiteDatabaseForReading()
+{
+    closeSQLiteDatabase();
+    sqlite3* handle = ReadOnlyDatabase::open(full_sqlite_name());
+    database_ = std::make_shared<SQLite3Wrapper>(handle);
+    return handle != nullptr;
 }
 
 void Project::closeSQLiteDatabase()

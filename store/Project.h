@@ -81,6 +81,9 @@ public:
     // Crawl database lifecycle.
     sqlite3* sqlite3Database();
     bool openSQLiteDatabase();
+    // For a command that only reads: the file is opened read-only and left as it is (see
+    // ReadOnlyDatabase). False when it cannot be read.
+    bool openSQLiteDatabaseForReading();
     void closeSQLiteDatabase();
     void truncateSQLiteDatabase();
     void deleteSQLiteDatabase();

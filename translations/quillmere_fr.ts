@@ -1464,6 +1464,18 @@ Options :
         <translation>L&apos;URL %1 est enregistrée sous la forme %2, celle à laquelle l&apos;analyse compare les liens
 </translation>
     </message>
+    <message id="CliErrorDatabaseMissingRestart">
+        <source>the crawl database of &apos;%1&apos; is missing (%2); &apos;crawl %1 --restart&apos; crawls the site afresh</source>
+        <translation>la base d&apos;analyse de &apos;%1&apos; est absente (%2) ; &apos;crawl %1 --restart&apos; analyse le site à nouveau</translation>
+    </message>
+    <message id="CliErrorDatabaseReadOnly">
+        <source>the crawl database of &apos;%1&apos; cannot be written (%2): check the file&apos;s permissions</source>
+        <translation>la base d&apos;analyse de &apos;%1&apos; ne peut pas être écrite (%2) : vérifiez les droits du fichier</translation>
+    </message>
+    <message id="CliFailOnBrokenStartPage">
+        <source>the start page %1 could not be checked (%2): nothing of the site was</source>
+        <translation>la page de départ %1 n&apos;a pas pu être vérifiée (%2) : rien du site ne l&apos;a été</translation>
+    </message>
     <message id="CliErrorBadMaxTransferTime">
         <source>--max-transfer-time wants a number of seconds from 1 to 86400</source>
         <translation>--max-transfer-time attend un nombre de secondes de 1 à 86400</translation>

@@ -1,10 +1,5 @@
-#include "store/StartPageDiagnosis.h"
+#include "crawler/StartPageDiagnosis.h"
 
-#include "fetch/SynchronizedWebCall.h"
-#include "html/HTMLNode.h"
-#include "html/HTMLParser.h"
-#include "html/StringOperations.h"
-#include "store/AppError.h"
 #include "store/FetchLog.h"
 #include "store/LinkHeaders.h"
 #include "store/Localization.h"
@@ -55,36 +50,7 @@ bool StartPageDiagnosis::crawlAnalysedNothing(const ProjectPtr& project)
     return analysedPageCount(project) <= 1;
 }
 
-QString StartPageDiagnosis::canonicalElsewhere(const QByteArray& html, const QString& pageUrl, bool* noIndexNoFollow)
-{
-    *noIndexNoFollow = false;
-    AppError error;
-    const HTMLParserPtr parser = HTMLParser::initWithData(html, &error);
-    if (!parser || error.code != 0)
-        return QString();
-    const HTMLNodePtr head = parser->head();
-    if (!head)
-        return QString();
-    bool noIndex = false, noFollow = false;
-    for (const auto& meta : head->findChildTags(QStringLiteral("meta"))) {
-        if (meta->getAttributeNamed(QStringLiteral("name")).compare(QLatin1String("robots"), Qt::CaseInsensitive) != 0)
-            continue;
-        const QString content = meta->getAttributeNamed(QStringLiteral("content"));
-        noIndex = noIndex || content.contains(QStringLiteral("noindex"), Qt::CaseInsensitive);
-        noFollow = noFollow || content.contains(QStringLiteral("nofollow"), Qt::CaseInsensitive);
-    }
-    *noIndexNoFollow = noIndex && noFollow;
-    QString canonical;
-    for (const auto& link : head->findChildTags(QStringLiteral("link"))) {
-        if (link->getAttributeNamed(QStringLiteral("rel")).compare(QLatin1String("canonical"), Qt::CaseInsensitive) != 0)
-            continue;
-        const QString href = link->getAttributeNamed(QStringLiteral("href"));
-        canonical = canonicalComparisonForm(href) == canonicalComparisonForm(pageUrl) ? QString() : href;
-    }
-    return canonical;
-}
-
-StartPageDiagnosis::Result StartPageDiagnosis::diagnose(const ProjectPtr& project, double timeoutSeconds)
+StartPageDiagnosis::Result StartPageDiagnosis::diagnose(const ProjectPtr& project, const StartPageStop& stop)
 {
     Result result;
     result.startUrl = project->url();
@@ -129,20 +95,18 @@ StartPageDiagnosis::Result StartPageDiagnosis::diagnose(const ProjectPtr& projec
         return result;
     }
     // Answered with HTML and left without a record: noindex and nofollow, or canonical
-    // elsewhere. Only the page can tell which.
-    result.reason = Reason::NoIndexOrCanonical;
-    SynchronizedWebCall call;
-    call.setTimeoutInterval(timeoutSeconds);
-    const QByteArray html = call.getURL(project->url(), QStringList{QStringLiteral("text/html")});
-    if (html.isNull())
-        return result;
-    bool noIndexNoFollow = false;
-    const QString canonical = canonicalElsewhere(html, project->url(), &noIndexNoFollow);
-    if (noIndexNoFollow) {
+    // elsewhere, as the crawl read the page.
+    switch (stop.kind) {
+    case StartPageStop::Kind::NoIndexNoFollow:
         result.reason = Reason::NoIndexNoFollow;
-    } else if (!canonical.isNull()) {
+        break;
+    case StartPageStop::Kind::Canonical:
         result.reason = Reason::Canonical;
-        result.detail = canonical;
+        result.detail = stop.canonical;
+        break;
+    case StartPageStop::Kind::None:
+        result.reason = Reason::NoIndexOrCanonical;
+        break;
     }
     return result;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "crawler/StartPageStop.h"
+
 #include <QString>
 
 #include <memory>
@@ -7,7 +9,7 @@
 class Project;
 
 // Why a crawl analysed nothing of its site: what the fetch log, the headers and the start
-// page itself say about the start URL. The crawl's behaviour is not changed; this only
+// page's tags, as the crawl read them, say about the start URL. The crawl's behaviour is not changed; this only
 // explains it.
 class StartPageDiagnosis {
 public:
@@ -33,11 +35,8 @@ public:
 
     // The start page was not analysed, and no more than one page was.
     static bool crawlAnalysedNothing(const std::shared_ptr<Project>& project);
-    // The fetch log tells most reasons; a page answered 200 with HTML but left unrecorded is
-    // fetched once more (time-out in seconds, 0 for the default) to read its robots and
-    // canonical tags.
-    static Result diagnose(const std::shared_ptr<Project>& project, double timeoutSeconds);
-    // The canonical href that makes the crawler stop at a page, or null; and whether the
-    // page carries both noindex and nofollow. Same rules as the page analysis.
-    static QString canonicalElsewhere(const QByteArray& html, const QString& pageUrl, bool* noIndexNoFollow);
+    // From what the crawl recorded (fetch log, headers, pages) and what it read on the start
+    // page in this run (`stop`); nothing is asked of the site again. A start page answered
+    // with HTML and left unrecorded by an earlier run reads as NoIndexOrCanonical.
+    static Result diagnose(const std::shared_ptr<Project>& project, const StartPageStop& stop);
 };

@@ -1,0 +1,272 @@
+#include "support/CliRunner.h"
+#include "support/LocalHttpServer.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sqlite3.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+std::string page(const std::string& title, const std::string& body)
+{
+    return "<html><head><title>" + title + "</title></head><body>" + body + "</body></html>";
+}
+
+// Every file under the data directory: its size, contents and modification time. A -shm
+// file is named only: a reader beside a log shares it, and its contents are the readers'
+// bookkeeping, not the database.
+QMap<QString, QString> filesOf(const QString& directory)
+{
+    QMap<QString, QString> files;
+    QDirIterator it(directory, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        const QFileInfo info(path);
+        const QString name = QDir(directory).relativeFilePath(path);
+        if (info.isDir() || name.endsWith(QStringLiteral("-shm"))) {
+            files.insert(name, QStringLiteral("present"));
+            continue;
+        }
+        QFile file(path);
+        file.open(QIODevice::ReadOnly);
+        files.insert(name, QStringLiteral("%1 %2 %3")
+                               .arg(info.size())
+                               .arg(QString::fromLatin1(QCryptographicHash::hash(file.readAll(), QCryptographicHash::Md5).toHex()))
+                               .arg(info.lastModified().toMSecsSinceEpoch()));
+    }
+    return files;
+}
+
+bool exec(sqlite3* db, const char* sql)
+{
+    return sqlite3_exec(db, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+QString oneText(const QString& file, const char* sql)
+{
+    sqlite3* db = nullptr;
+    QString text;
+    if (sqlite3_open_v2(QFile::encodeName(file).constData(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
+        sqlite3_stmt* stmt = nullptr;
+        if (sqlite3_prepare_v2(db, sql, -1, &stmt, nullptr) == SQLITE_OK && sqlite3_step(stmt) == SQLITE_ROW)
+            text = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)));
+        sqlite3_finalize(stmt);
+    }
+    sqlite3_close(db);
+    return text;
+}
+
+// Runs the program as a user who may not write what root made: root writes through any
+// permission, so as root it runs under the unprivileged "nobody".
+CliResult runUnprivileged(const QStringList& arguments, const QString& dataDir)
+{
+    if (::geteuid() != 0)
+        return runCli(arguments, dataDir);
+    QProcess process;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QUILLMERE_TRACE"), QStringLiteral("0"));
+    env.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+    env.remove(QStringLiteral("LC_ALL"));
+    env.insert(QStringLiteral("HOME"), dataDir);
+    process.setProcessEnvironment(env);
+    process.start(QStringLiteral("setpriv"), QStringList{QStringLiteral("--reuid=65534"), QStringLiteral("--regid=65534"),
+                                                         QStringLiteral("--clear-groups"), QStringLiteral(QUILLMERE_CLI_PATH),
+                                                         QStringLiteral("--data-dir"), dataDir}
+                                                 + arguments);
+    CliResult result;
+    if (!process.waitForStarted(10000) || !process.waitForFinished(60000))
+        return result;
+    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    result.out = QString::fromUtf8(process.readAllStandardOutput());
+    result.err = QString::fromUtf8(process.readAllStandardError());
+    return result;
+}
+
+// Lets the unprivileged user of runUnprivileged reach (and, with `owned`, own) the directory.
+void openTo(const QString& directory, bool owned)
+{
+    QDirIterator it(directory, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden,
+                    QDirIterator::Subdirectories);
+    QStringList paths{directory};
+    while (it.hasNext())
+        paths << it.next();
+    for (const QString& path : paths) {
+        const QByteArray name = QFile::encodeName(path);
+        ::chmod(name.constData(), QFileInfo(path).isDir() ? 0755 : 0644);
+        if (owned && ::geteuid() == 0)
+            (void)::chown(name.constData(), 65534, 65534);
+    }
+}
+
+class ReadOnlyReaders : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(server.start());
+        base = QString::fromStdString(server.baseUrl());
+        server.setPage("/", page("Home", "<a href=\"/a.html\">A</a><a href=\"/gone.html\">Gone</a>"));
+        server.setPage("/a.html", page("A", "<a href=\"/\">home</a>"));
+        server.setPage("/gone.html", "gone", "text/html", 404);
+        ASSERT_EQ(run({"new", "site", base}).exitCode, 0);
+        const CliResult crawl = run({"crawl", "site"});
+        ASSERT_EQ(crawl.exitCode, 0) << crawl.err.toStdString();
+        database = dir.filePath(QStringLiteral("site.sqlite"));
+    }
+    CliResult run(const QStringList& args) { return runCli(args, dir.path()); }
+
+    // Every command that only reads, each answering 0.
+    void readAll(const char* where)
+    {
+        const QList<QStringList> readers{{"show", "site"},   {"pages", "site"},     {"links", "site", base + "/a.html"},
+                                         {"broken", "site"}, {"redirects", "site"}, {"sitemap", "site"},
+                                         {"check", "site"},  {"projects"}};
+        for (const auto& args : readers) {
+            const CliResult r = run(args);
+            EXPECT_EQ(r.exitCode, 0) << where << ": " << args.join(' ').toStdString() << "\n" << r.err.toStdString();
+        }
+    }
+
+    QTemporaryDir dir;
+    LocalHttpServer server;
+    QString base;
+    QString database;
+};
+
+TEST_F(ReadOnlyReaders, ReadersChangeNothingInTheDataDirectory)
+{
+    const auto before = filesOf(dir.path());
+    readAll("after a crawl");
+    EXPECT_EQ(filesOf(dir.path()), before);
+}
+
+TEST_F(ReadOnlyReaders, ADatabaseOfAnEarlierVersionIsReadAsItIs)
+{
+    // Before the fetch log, and in the rollback-journal mode.
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(QFile::encodeName(database).constData(), &db), SQLITE_OK);
+    ASSERT_TRUE(exec(db, "drop table FetchLog"));
+    ASSERT_TRUE(exec(db, "PRAGMA journal_mode=DELETE"));
+    sqlite3_close(db);
+    const auto before = filesOf(dir.path());
+
+    readAll("earlier version");
+    const CliResult broken = run({"broken", "site", "--format", "csv"});
+    EXPECT_EQ(broken.exitCode, 0);
+    EXPECT_FALSE(broken.out.contains("gone.html")) << broken.out.toStdString();  // no fetch log: nothing known broken
+    const CliResult pages = run({"pages", "site", "--format", "csv"});
+    EXPECT_TRUE(pages.out.contains(base + "/a.html")) << pages.out.toStdString();
+
+    EXPECT_EQ(filesOf(dir.path()), before);
+    EXPECT_EQ(oneText(database, "select count(*) from sqlite_master where name='FetchLog'"), QStringLiteral("0"));
+    EXPECT_EQ(oneText(database, "PRAGMA journal_mode"), QStringLiteral("delete"));
+}
+
+// A crawl killed outright leaves its last commits in the -wal: readers see them and leave
+// the log where it is, with or without the -shm beside it.
+TEST_F(ReadOnlyReaders, ReadersSeeTheLogOfAKilledCrawlAndKeepIt)
+{
+    for (const bool withShm : {true, false}) {
+        QTemporaryDir copy;
+        sqlite3* db = nullptr;
+        ASSERT_EQ(sqlite3_open(QFile::encodeName(database).constData(), &db), SQLITE_OK);
+        ASSERT_TRUE(exec(db, "PRAGMA wal_autocheckpoint=0"));
+        ASSERT_TRUE(exec(db, withShm ? "update Page set title='Logged A' where url like '%/a.html'"
+                                     : "update Page set title='Copied A' where url like '%/a.html'"));
+        // Copied while the connection is open: as a kill -9 leaves them.
+        for (const QString& name : QDir(dir.path()).entryList(QDir::Files)) {
+            if (!withShm && name.endsWith(QStringLiteral("-shm")))
+                continue;
+            ASSERT_TRUE(QFile::copy(dir.filePath(name), copy.filePath(name))) << name.toStdString();
+        }
+        QDir().mkpath(copy.filePath(QStringLiteral("Logs")));
+        sqlite3_close(db);
+        ASSERT_TRUE(QFileInfo::exists(copy.filePath(QStringLiteral("site.sqlite-wal"))));
+        ASSERT_GT(QFileInfo(copy.filePath(QStringLiteral("site.sqlite-wal"))).size(), 0);
+
+        const auto before = filesOf(copy.path());
+        const CliResult pages = runCli({"pages", "site", "--format", "csv"}, copy.path());
+        EXPECT_EQ(pages.exitCode, 0) << pages.err.toStdString();
+        EXPECT_TRUE(pages.out.contains(withShm ? "Logged A" : "Copied A")) << pages.out.toStdString();
+        for (const char* command : {"show", "check", "broken", "sitemap"}) {
+            const CliResult r = runCli({command, "site"}, copy.path());
+            EXPECT_EQ(r.exitCode, 0) << command << " " << r.err.toStdString();
+        }
+        EXPECT_EQ(filesOf(copy.path()), before) << (withShm ? "with" : "without") << " its -shm";
+    }
+}
+
+TEST_F(ReadOnlyReaders, AnEmptyFileStaysEmpty)
+{
+    QFile::resize(database, 0);
+    const auto before = filesOf(dir.path());
+    for (const char* command : {"show", "pages", "check", "broken"}) {
+        const CliResult r = run({command, "site"});
+        EXPECT_EQ(r.exitCode, 2) << command;
+    }
+    EXPECT_EQ(QFileInfo(database).size(), 0);
+    EXPECT_EQ(filesOf(dir.path()), before);
+}
+
+// Root writes through permissions: there the readers run as an unprivileged user.
+TEST_F(ReadOnlyReaders, ReadersWorkInADataDirectoryTheyCannotWrite)
+{
+    openTo(dir.path(), false);
+    ASSERT_EQ(::chmod(QFile::encodeName(dir.path()).constData(), 0555), 0);
+    const auto before = filesOf(dir.path());
+    const QList<QStringList> readers{{"show", "site"},   {"pages", "site"},     {"links", "site", base + "/a.html"},
+                                     {"broken", "site"}, {"redirects", "site"}, {"sitemap", "site"},
+                                     {"check", "site"},  {"projects"}};
+    for (const auto& args : readers) {
+        const CliResult r = runUnprivileged(args, dir.path());
+        EXPECT_EQ(r.exitCode, 0) << args.join(' ').toStdString() << "\n" << r.err.toStdString();
+    }
+    EXPECT_EQ(filesOf(dir.path()), before);
+    ::chmod(QFile::encodeName(dir.path()).constData(), 0755);
+}
+
+TEST_F(ReadOnlyReaders, ARestartOnADatabaseItCannotWriteFails)
+{
+    openTo(dir.path(), true);
+    ASSERT_EQ(::chmod(QFile::encodeName(database).constData(), 0444), 0);
+    const size_t requests = server.requestCount();
+    const CliResult r = runUnprivileged({"crawl", "site", "--restart"}, dir.path());
+    EXPECT_EQ(r.exitCode, 1) << r.out.toStdString() << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains("cannot be written")) << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains(database)) << r.err.toStdString();
+    EXPECT_EQ(server.requestCount(), requests);
+}
+
+TEST_F(ReadOnlyReaders, AMissingDatabaseIsNotMadeAfreshByContinueOrVacuum)
+{
+    ASSERT_TRUE(QFile::remove(database));
+    const size_t requests = server.requestCount();
+    for (const QStringList& args : QList<QStringList>{{"crawl", "site", "--continue"}, {"crawl", "site"}, {"vacuum", "site"}}) {
+        const CliResult r = run(args);
+        EXPECT_EQ(r.exitCode, 2) << args.join(' ').toStdString() << r.out.toStdString();
+        EXPECT_TRUE(r.err.contains(database)) << r.err.toStdString();
+        EXPECT_TRUE(r.err.contains("--restart")) << r.err.toStdString();
+        EXPECT_FALSE(QFileInfo::exists(database)) << args.join(' ').toStdString();
+    }
+    EXPECT_EQ(server.requestCount(), requests);
+
+    // --restart starts over, from a count of 0.
+    const CliResult r = run({"crawl", "site", "--restart"});
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_TRUE(r.out.contains("Pages analysed: 3 (this run: 3)")) << r.out.toStdString();
+    EXPECT_EQ(run({"check", "site"}).exitCode, 0);
+}
+
+} // namespace
