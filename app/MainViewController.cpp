@@ -15,6 +15,7 @@
 #include "app/WebPreviewPage.h"
 #include "crawler/CrawlAndVacuum.h"
 #include "crawler/CrawlRecordKeeper.h"
+#include "crawler/CrawlSettings.h"
 #include "crawler/CrawlStartDecision.h"
 #include "crawler/DownloaderOperationLibXML.h"
 #include "crawler/OperationQueue.h"
@@ -164,6 +165,9 @@ void MainViewController::queueCrawler()
     std::shared_ptr<DownloaderDelegate> delegate(std::shared_ptr<void>(), static_cast<DownloaderDelegate*>(this));
     std::shared_ptr<VacuumCleanerDelegate> cleaner(std::shared_ptr<void>(), static_cast<VacuumCleanerDelegate*>(this));
     downloaderOperation_ = DownloaderOperationLibXML::initWithProject(currentProject_, delegate);
+    // The window has no options of its own: the command line's defaults, the bound on a
+    // whole transfer among them.
+    CrawlSettings().applyTo(*downloaderOperation_);
     CrawlAndVacuum::start(
         operationsQueue_.get(), downloaderOperation_, currentProject_, cleaner,
         [this](const std::shared_ptr<VacuumCleanerOperation>& vacuum) { vacuumOperation_ = vacuum; }, {});

@@ -1,5 +1,7 @@
 #include "app/SystemBrowser.h"
 
+#include "store/DebugTrace.h"
+
 #include <QDesktopServices>
 
 namespace SystemBrowser {
@@ -12,12 +14,24 @@ std::function<void(const QUrl&)>& opener()
 }
 } // namespace
 
-void openURL(const QUrl& url)
+bool isOpenable(const QUrl& url)
 {
+    const QString scheme = url.scheme().toLower();
+    return url.isValid() && !url.host().isEmpty()
+           && (scheme == QLatin1String("http") || scheme == QLatin1String("https"));
+}
+
+bool openURL(const QUrl& url)
+{
+    if (!isOpenable(url)) {
+        DebugTrace("not opened in the browser: %s", qPrintable(url.toString(QUrl::RemoveUserInfo)));
+        return false;
+    }
     if (opener())
         opener()(url);
     else
         QDesktopServices::openUrl(url);
+    return true;
 }
 
 void setOpenerForTesting(std::function<void(const QUrl&)> fn)

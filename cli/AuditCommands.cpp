@@ -194,13 +194,9 @@ int runSitemap(CliContext& context)
     if (!result.ok)
         return failWith(ExitFailure, CliText::tr("CliSitemapCannotWrite").arg(result.errorFile, result.errorReason));
     if (result.files.size() == 1)
-        std::fprintf(stderr, "%s\n", qPrintable(CliText::tr("CliSitemapWrote").arg(result.urls).arg(result.files.first())));
+        printErr(CliText::tr("CliSitemapWrote").arg(result.urls).arg(result.files.first()));
     else if (result.files.size() > 1)
-        std::fprintf(stderr, "%s\n",
-                     qPrintable(CliText::tr("CliSitemapWroteIndex")
-                                    .arg(result.urls)
-                                    .arg(result.files.first())
-                                    .arg(result.files.size() - 1)));
+        printErr(CliText::tr("CliSitemapWroteIndex").arg(result.urls).arg(result.files.first()).arg(result.files.size() - 1));
     return ExitOk;
 }
 

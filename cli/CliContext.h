@@ -3,6 +3,7 @@
 #include "cli/CliErrorPresenter.h"
 #include "cli/CommandLine.h"
 #include "store/ApplicationDelegate.h"
+#include "store/DisplayText.h"
 
 #include <QString>
 
@@ -25,15 +26,22 @@ struct CliContext {
     CoreAppDelegate* appDelegate = nullptr;
 };
 
-// "quillmere: <message>" on standard error; answers the status to exit with.
+// "quillmere: <message>" on standard error; answers the status to exit with. What the
+// terminal shows has its control characters escaped and URL credentials masked.
 inline int failWith(int status, const QString& message)
 {
-    std::fprintf(stderr, "quillmere: %s\n", qPrintable(message));
+    std::fprintf(stderr, "quillmere: %s\n", qPrintable(DisplayText::forTerminal(message, DisplayText::LineBreaks::Keep)));
     return status;
+}
+
+// A line (or lines) on standard error, shown as failWith shows its message.
+inline void printErr(const QString& text, const char* end = "\n")
+{
+    std::fprintf(stderr, "%s%s", qPrintable(DisplayText::forTerminal(text, DisplayText::LineBreaks::Keep)), end);
 }
 
 inline void printOut(const QString& text)
 {
-    const QByteArray bytes = text.toUtf8();
+    const QByteArray bytes = DisplayText::forTerminal(text, DisplayText::LineBreaks::Keep).toUtf8();
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/AppError.h"
+#include "store/DisplayText.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -11,9 +12,11 @@ class CliErrorPresenter : public ErrorPresenter {
 public:
     void presentError(const AppError& error) override
     {
-        std::fprintf(stderr, "quillmere: %s\n", qPrintable(error.localizedDescription));
+        const auto keep = DisplayText::LineBreaks::Keep;
+        std::fprintf(stderr, "quillmere: %s\n", qPrintable(DisplayText::forTerminal(error.localizedDescription, keep)));
         if (!error.localizedFailureReason.isEmpty())
-            std::fprintf(stderr, "quillmere: %s\n", qPrintable(error.localizedFailureReason));
+            std::fprintf(stderr, "quillmere: %s\n",
+                         qPrintable(DisplayText::forTerminal(error.localizedFailureReason, keep)));
         std::fflush(stderr);
         std::exit(2);
     }

@@ -35,14 +35,12 @@ int exitStatus(const ProjectPtr& project, int status, const ReportCommands::Craw
     // could not be checked at all.
     const FetchLogPtr start = FetchLog::getFetchLogWithURL(project->url(), project);
     if (start && start->isBroken()) {
-        std::fprintf(stderr, "quillmere: %s\n",
-                     qPrintable(CliText::tr("CliFailOnBrokenStartPage").arg(project->url(), start->statusText())));
-        return ExitBrokenLinks;
+        return failWith(ExitBrokenLinks,
+                        CliText::tr("CliFailOnBrokenStartPage").arg(project->url(), start->statusText()));
     }
     if (figures.brokenLinks == 0)
         return status;
-    std::fprintf(stderr, "quillmere: %s\n",
-                 qPrintable(CliText::tr("CliFailOnBroken").arg(figures.brokenLinks).arg(figures.brokenTargets)));
+    failWith(ExitBrokenLinks, CliText::tr("CliFailOnBroken").arg(figures.brokenLinks).arg(figures.brokenTargets));
     return ExitBrokenLinks;
 }
 

@@ -44,7 +44,7 @@ using CrawlStartDecision::Situation;
 
 QString askOnTerminal(const QString& question)
 {
-    std::fprintf(stderr, "%s ", qPrintable(question));
+    printErr(question, " ");
     std::fflush(stderr);
     QTextStream in(stdin);
     return in.readLine().trimmed().toLower();
@@ -124,22 +124,33 @@ int finalStatus(const ProjectPtr& project, const ReportCommands::CrawlRunFigures
     if (figures.stopped)
         return ExitInterrupted;
     if (!figures.endError.isEmpty()) {
-        std::fprintf(stderr, "quillmere: %s\n", qPrintable(figures.endError));
+        failWith(ExitFirstUrlError, figures.endError);
         return ExitFirstUrlError;
     }
     return ExitOk;
 }
 } // namespace
 
+namespace {
+bool parseMaxTransferTime(const CliContext& context, CrawlSettings* settings)
+{
+    const QString key = QStringLiteral("--max-transfer-time");
+    return !context.command.values.contains(key)
+           || CrawlSettings::parseNumber(context.command.values.value(key), CrawlSettings::kMinimumTransferTime,
+                                         CrawlSettings::kMaximumTransferTime, &settings->maxTransferTime);
+}
+} // namespace
+
 QList<CommandSpec> specs()
 {
     return {
-        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S] [--fail-on-broken] [--parallel N] [--max-rate R]"),
+        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S] [--max-transfer-time S] [--fail-on-broken] [--parallel N] [--max-rate R]"),
          CliText::tr("CliCrawlSummary"), CliText::tr("CliCrawlDetails"),
-         1, 1, {QStringLiteral("--timeout"), QStringLiteral("--parallel"), QStringLiteral("--max-rate")},
+         1, 1, {QStringLiteral("--timeout"), QStringLiteral("--max-transfer-time"), QStringLiteral("--parallel"), QStringLiteral("--max-rate")},
          {QStringLiteral("--continue"), QStringLiteral("--restart"), QStringLiteral("--fail-on-broken")}},
-        {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME]"),
-         CliText::tr("CliCrawlURLSummary"), CliText::tr("CliCrawlURLDetails"), 1, 1, {QStringLiteral("--name")}, {}},
+        {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME] [--max-transfer-time S]"),
+         CliText::tr("CliCrawlURLSummary"), CliText::tr("CliCrawlURLDetails"), 1, 1,
+         {QStringLiteral("--name"), QStringLiteral("--max-transfer-time")}, {}},
         {QStringLiteral("vacuum"), QStringLiteral("vacuum NAME"),
          CliText::tr("CliVacuumSummary"), QString(), 1, 1,
          {}, {}},
@@ -182,15 +193,21 @@ int runCrawl(CliContext& context)
 {
     CrawlAudit::setFailOnBroken(context.command.flags.contains(QStringLiteral("--fail-on-broken")));
     CrawlSettings settings;
-    if (context.command.values.contains(QStringLiteral("--timeout"))) {
-        bool ok = false;
-        settings.transferTimeout = context.command.values.value(QStringLiteral("--timeout")).toDouble(&ok);
-        if (!ok || !(settings.transferTimeout > 0) || settings.transferTimeout > 1e6)
-            return failWith(ExitUsage, CliText::tr("CliErrorBadTimeout"));
-    }
+    if (context.command.values.contains(QStringLiteral("--timeout"))
+        && !CrawlSettings::parseNumber(context.command.values.value(QStringLiteral("--timeout")),
+                                       CrawlSettings::kMinimumTimeout, CrawlSettings::kMaximumTimeout,
+                                       &settings.transferTimeout))
+        return failWith(ExitUsage, CliText::tr("CliErrorBadTimeout"));
+    if (!parseMaxTransferTime(context, &settings))
+        return failWith(ExitUsage, CliText::tr("CliErrorBadMaxTransferTime"));
     // The settings judge the values; the message is said in the command line's language.
-    const QString parallel = context.command.values.value(QStringLiteral("--parallel"));
-    const QString maxRate = context.command.values.value(QStringLiteral("--max-rate"));
+    // An option given with an empty value is a value that makes no sense, not an absent one.
+    auto given = [&context](const QString& key) {
+        const QString value = context.command.values.value(key);
+        return context.command.values.contains(key) && value.isEmpty() ? QStringLiteral(" ") : value;
+    };
+    const QString parallel = given(QStringLiteral("--parallel"));
+    const QString maxRate = given(QStringLiteral("--max-rate"));
     QString why;
     if (!CrawlSettings().parse(parallel, QString(), &why))
         return failWith(ExitUsage, CliText::tr("CliErrorBadParallel"));
@@ -223,6 +240,9 @@ int runCrawlURL(CliContext& context)
     QString why;
     if (!ProjectCommands::isCrawlableURL(url, &why))
         return failWith(ExitUsage, why);
+    CrawlSettings settings;
+    if (!parseMaxTransferTime(context, &settings))
+        return failWith(ExitUsage, CliText::tr("CliErrorBadMaxTransferTime"));
     QString name = context.command.values.value(QStringLiteral("--name"));
     if (name.isEmpty())
         name = QUrl(url).host();
@@ -246,14 +266,16 @@ int runCrawlURL(CliContext& context)
         return failWith(ExitUsage, created.why);
     }
     if (url != typed)
-        std::fprintf(stderr, "%s", qPrintable(CliText::tr("CliNewURLStoredAs").arg(typed, url)));
+        printErr(CliText::tr("CliNewURLStoredAs").arg(typed, url), "");
 
     ReportCommands::CrawlRunFigures figures;
     ProjectPtr project;
     StartPageStop startPageStop;
     {
         auto driver = std::make_shared<DownloaderCmdLineTestController>();
-        driver->launchTestWithProject(created.project);
+        driver->launchTestWithProject(created.project, [&settings](DownloaderOperationLibXML& operation) {
+            operation.syncWebCall()->setMaxTransferInterval(settings.maxTransferTime);
+        });
         project = driver->project();
         if (!project || !driver->downloaderOperation())
             return failWith(ExitUsage, CliText::tr("CliErrorCannotCreateProject").arg(name));

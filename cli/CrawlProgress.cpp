@@ -1,6 +1,7 @@
 #include "cli/CrawlProgress.h"
 
 #include "cli/CliText.h"
+#include "store/DisplayText.h"
 
 #include <cstdio>
 
@@ -19,7 +20,8 @@ void CrawlProgress::page(qint32 pagesAnalysed, qint32 depth, const QString& url)
 {
     pages_ = pagesAnalysed;
     depth_ = depth;
-    url_ = url;
+    // The page's URL is the site's text: shown escaped, its credentials masked.
+    url_ = DisplayText::forTerminal(url);
     phase_.clear();
     draw(false);
 }
@@ -41,7 +43,7 @@ void CrawlProgress::message(const QString& text)
 {
     if (terminal_ && drawn_)
         std::fputs("\r\033[K", stderr);
-    std::fprintf(stderr, "%s\n", qPrintable(text));
+    std::fprintf(stderr, "%s\n", qPrintable(DisplayText::forTerminal(text, DisplayText::LineBreaks::Keep)));
     drawn_ = false;
     std::fflush(stderr);
 }

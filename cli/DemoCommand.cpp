@@ -33,7 +33,7 @@ int run(CliContext& context)
         return failWith(ExitFailure, port ? CliText::tr("CliErrorDemoPortBusy").arg(port)
                                           : CliText::tr("CliErrorDemoCannotServe"));
     const QString url = server.baseURL();
-    std::fprintf(stderr, "%s\n", qPrintable(CliText::tr("CliDemoServed").arg(url)));
+    printErr(CliText::tr("CliDemoServed").arg(url));
 
     // Held to the end of the crawl: another demo may want the same project.
     const ProjectCatalog::Result made =

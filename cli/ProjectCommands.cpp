@@ -132,7 +132,8 @@ int runProjects(CliContext& context)
                              CliText::tr("CliProjectsColumnPageLimit"), CliText::tr("CliProjectsColumnPages"),
                              CliText::tr("CliProjectsColumnDepth")}};
     for (const auto& p : projects) {
-        rows.append({p->name(), p->url(), DateFormatter::stringFromDate(p->creation_date()), limitText(p->limit_depth()),
+        rows.append({DisplayText::escapeControls(p->name()), DisplayText::escapeControls(p->url()),
+                     DateFormatter::stringFromDate(p->creation_date()), limitText(p->limit_depth()),
                      limitText(p->limit_page_count()), QString::number(p->pages_count()),
                      QString::number(p->max_depth())});
     }

@@ -7,6 +7,7 @@
 #include "cli/TableOutput.h"
 #include "crawler/CrawlRecordKeeper.h"
 #include "store/DateFormatter.h"
+#include "store/DisplayText.h"
 #include "store/FetchLog.h"
 #include "store/PageFilter.h"
 #include "store/PageListing.h"
@@ -193,8 +194,8 @@ int runShow(CliContext& context)
     if (!project)
         return status;
     QString out;
-    out += label("CliShowProject") + project->name() + QLatin1Char('\n');
-    out += label("CliShowURL") + project->url() + QLatin1Char('\n');
+    out += label("CliShowProject") + DisplayText::escapeControls(project->name()) + QLatin1Char('\n');
+    out += label("CliShowURL") + DisplayText::escapeControls(project->url()) + QLatin1Char('\n');
     out += label("CliShowCreated") + dateText(project->creation_date()) + QLatin1Char('\n');
     out += label("CliShowLimits")
            + CliText::tr("CliShowLimitsValue").arg(limitText(project->limit_depth()), limitText(project->limit_page_count()))
@@ -297,7 +298,9 @@ void printCrawlReport(const std::shared_ptr<Project>& project, const CrawlRunFig
     QString out;
     const QString how = figures.stopped ? CliText::tr("CliReportStopped")
                                         : (figures.endError.isEmpty() ? QString() : CliText::tr("CliReportEndedOnError"));
-    out += CliText::tr("CliReportTitle").arg(project->name(), project->url()) + how + QLatin1Char('\n');
+    out += CliText::tr("CliReportTitle").arg(DisplayText::escapeControls(project->name()),
+                                              DisplayText::escapeControls(project->url()))
+           + how + QLatin1Char('\n');
     out += label("CliReportPagesAnalysed")
            + CliText::tr("CliReportPagesValue").arg(project->pages_count()).arg(figures.pagesThisRun) + QLatin1Char('\n');
     out += label("CliReportDeepest") + QString::number(project->max_depth()) + QLatin1Char('\n');

@@ -1,5 +1,7 @@
 #include "cli/ReportWriter.h"
 
+#include "store/DisplayText.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -25,11 +27,13 @@ ReportWriter::ReportWriter(Format format, QStringList keys, QStringList headers,
 {
 }
 
+// Every format masks the credentials of URLs; CSV and JSON keep the rest as it is (JSON
+// escapes control characters itself), the table and markdown show them escaped.
 QString ReportWriter::text(const QVariant& value)
 {
     if (value.typeId() == QMetaType::Double)
         return QString::number(value.toDouble());
-    return value.toString();
+    return DisplayText::maskUserInfo(value.toString());
 }
 
 QString ReportWriter::csvField(const QString& field)
@@ -48,7 +52,7 @@ QString ReportWriter::markdownCell(const QString& text)
     cell.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
     cell.replace(QLatin1Char('|'), QLatin1String("\\|"));
     cell.replace(QLatin1Char('\r'), QLatin1Char(' ')).replace(QLatin1Char('\n'), QLatin1Char(' '));
-    return cell;
+    return DisplayText::escapeControls(cell);
 }
 
 void ReportWriter::write(const QString& text)
@@ -92,7 +96,8 @@ void ReportWriter::writeHeader()
 void ReportWriter::addJsonObject(const QVariantMap& object)
 {
     ++rows_;
-    writeJson(QJsonDocument(QJsonObject::fromVariantMap(object)).toJson(QJsonDocument::Indented));
+    writeJson(QJsonDocument(QJsonObject::fromVariantMap(DisplayText::maskUserInfo(QVariant(object)).toMap()))
+                  .toJson(QJsonDocument::Indented));
 }
 
 void ReportWriter::addRow(const QList<QVariant>& values)
@@ -110,7 +115,7 @@ void ReportWriter::addRow(const QList<QVariant>& values)
     case Format::Json: {
         QJsonObject object;
         for (int c = 0; c < keys_.size() && c < values.size(); ++c)
-            object.insert(keys_[c], QJsonValue::fromVariant(values[c]));
+            object.insert(keys_[c], QJsonValue::fromVariant(DisplayText::maskUserInfo(values[c])));
         writeJson(QJsonDocument(object).toJson(QJsonDocument::Indented));
         return;
     }
@@ -127,7 +132,7 @@ void ReportWriter::addRow(const QList<QVariant>& values)
         for (const auto& v : values) {
             QString t = text(v);
             t.replace(QLatin1Char('\n'), QLatin1Char(' ')).replace(QLatin1Char('\r'), QLatin1Char(' ')).replace(QLatin1Char('\t'), QLatin1Char(' '));
-            line << t;
+            line << DisplayText::escapeControls(t);
         }
         tableCells_.append(line);
         return;
@@ -163,7 +168,7 @@ void ReportWriter::finish()
             return l + QLatin1Char('\n');
         };
         if (!title_.isEmpty())
-            write(title_ + QLatin1Char('\n'));
+            write(DisplayText::forTerminal(title_) + QLatin1Char('\n'));
         write(render(headers_));
         for (const auto& line : tableCells_)
             write(render(line));

@@ -1,6 +1,7 @@
 #include "cli/TableOutput.h"
 
 #include "cli/ReportWriter.h"
+#include "store/DisplayText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -58,7 +59,7 @@ QString TableOutput::render(Format format, const QString& title) const
         for (const auto& row : rows_) {
             QJsonObject object;
             for (int c = 0; c < keys_.size() && c < row.size(); ++c)
-                object.insert(keys_[c], QJsonValue::fromVariant(row[c]));
+                object.insert(keys_[c], QJsonValue::fromVariant(DisplayText::maskUserInfo(row[c])));
             array.append(object);
         }
         return QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Indented));
@@ -72,7 +73,7 @@ QString TableOutput::render(Format format, const QString& title) const
         for (const auto& v : row) {
             QString t = text(v);
             t.replace(QLatin1Char('\n'), QLatin1Char(' ')).replace(QLatin1Char('\r'), QLatin1Char(' ')).replace(QLatin1Char('\t'), QLatin1Char(' '));
-            line << t;
+            line << DisplayText::escapeControls(t);
         }
         cells.append(line);
     }

@@ -4,6 +4,7 @@
 #include "store/DataModelManager.h"
 #include "store/DebugTrace.h"
 #include "store/Project.h"
+#include "store/RedirectChain.h"
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/QuillmereLink.h"
 
@@ -90,6 +91,7 @@ void CrawlRecordKeeper::restartProject(const std::shared_ptr<Project>& project)
     // Zeroed before the pages go, so that no empty database is left with the old count.
     writeCommittedCount(project, 0);
     project->truncateSQLiteDatabase();
+    RedirectChain::clear(project);
     project->setPages_count(0);
     project->setMax_depth(0);
 }

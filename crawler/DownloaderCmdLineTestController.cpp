@@ -15,7 +15,8 @@ void DownloaderCmdLineTestController::launchTestWithURL(const QString& url, cons
     launchTestWithProject(Project::createProjectWithName(projectName, url, -1, -1));
 }
 
-void DownloaderCmdLineTestController::launchTestWithProject(const std::shared_ptr<Project>& project)
+void DownloaderCmdLineTestController::launchTestWithProject(const std::shared_ptr<Project>& project,
+                                                            const std::function<void(DownloaderOperationLibXML&)>& prepare)
 {
     project_ = project;
     if (!project_)
@@ -27,6 +28,8 @@ void DownloaderCmdLineTestController::launchTestWithProject(const std::shared_pt
     // controller, which owns the queue that runs the operation.
     std::shared_ptr<DownloaderDelegate> self(std::shared_ptr<DownloaderDelegate>(), this);
     operation_ = DownloaderOperationLibXML::initWithProject(project_, self);
+    if (prepare)
+        prepare(*operation_);
     operationsQueue_->addOperation(operation_);
 }
 

@@ -2,6 +2,7 @@
 
 #include "crawler/RecordKeepingDelegate.h"
 
+#include <functional>
 #include <memory>
 
 class OperationQueue;
@@ -19,8 +20,10 @@ public:
 
     // Creates the project and queues its crawl; returns at once.
     void launchTestWithURL(const QString& url, const QString& projectName);
-    // Queues the crawl of a project made already; returns at once.
-    void launchTestWithProject(const std::shared_ptr<Project>& project);
+    // Queues the crawl of a project made already; returns at once. `prepare`, when given,
+    // sets up the operation before it is queued.
+    void launchTestWithProject(const std::shared_ptr<Project>& project,
+                               const std::function<void(DownloaderOperationLibXML&)>& prepare = {});
 
     OperationQueue* operationsQueue() const { return operationsQueue_.get(); }
     std::shared_ptr<Project> project() const { return project_; }

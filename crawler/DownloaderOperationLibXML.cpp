@@ -18,6 +18,7 @@
 #include "store/FetchLog.h"
 #include "store/Project.h"
 #include "store/QuillmereDownloaderQueue.h"
+#include "store/RedirectChain.h"
 
 #include <QElapsedTimer>
 #include <QStringDecoder>
@@ -117,10 +118,14 @@ void DownloaderOperationLibXML::main()
         QuillmereDownloaderQueue::createDownloaderQueueWithURL(project_->url(), QStringLiteral("/"),
                                                                QStringLiteral("index.html"), 1, project_);
     }
+    // Redirect chains are counted across entries and continued runs (a restart empties
+    // the table with the crawl's own).
+    RedirectChain::prepareTable(project_);
     loadRobotsTxt();
     if (parallelFetches_ > 1)
         fetchAhead_ = std::make_unique<FetchAhead>(parallelFetches_, arrayOfFilteredContentType_,
-                                                   syncWebCall_->requestTimeoutInterval(), pacer_.get());
+                                                   syncWebCall_->requestTimeoutInterval(),
+                                                   syncWebCall_->maxTransferInterval(), pacer_.get());
     downloadFromWaitingQueue();
     // No thread, transfer or connection outlives the walk.
     fetchAhead_.reset();
@@ -328,6 +333,8 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         logAnomaly(QStringLiteral("SKIP::OtherHost %1 not requested: it is not on %2\n")
                        .arg(url, projectOrigin_.toString(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment)));
     }
+    if (syncWebCall_->lastOutcome().failure == FetchOutcome::Failure::BadURL)
+        logAnomaly(QStringLiteral("SKIP::BadURL %1: %2\n").arg(url, syncWebCall_->lastOutcome().failureText));
     // Asked in this order for the trace's sake; what follows depends only on the data and
     // on the redirect.
     if (!syncWebCall_->isContentTypeError() && !syncWebCall_->isContentLengthError())
@@ -478,6 +485,22 @@ void DownloaderOperationLibXML::performRedirect(const QString& url, qint32 depth
                        .arg(entries));
         return;
     }
+    const QString scheme = QUrl(target).scheme().toLower();
+    if (scheme != QLatin1String("http") && scheme != QLatin1String("https")) {
+        logAnomaly(QStringLiteral("SKIP::RedirectURL to %1: only http and https are fetched\n").arg(target));
+        return;
+    }
+    // A chain of distinct targets escapes the count above: each chain started from one
+    // entry may queue a bounded number of redirect targets.
+    RedirectChain::Link link = RedirectChain::linkOf(url, project_);
+    ++link.hops;
+    if (link.hops > RedirectChain::kMaximumHops) {
+        logAnomaly(QStringLiteral("SKIP::RedirectURL to %1: more than %2 redirects from %3\n")
+                       .arg(target)
+                       .arg(RedirectChain::kMaximumHops)
+                       .arg(link.origin));
+        return;
+    }
     project_->appendToFileLogHandle(QStringLiteral("Perform::RedirectURL to %1\n").arg(target));
 
     const QStringList components = PathOperations::Components(QUrl(target).path(QUrl::FullyDecoded));
@@ -505,6 +528,7 @@ void DownloaderOperationLibXML::performRedirect(const QString& url, qint32 depth
     if (path.isEmpty())
         path = QStringLiteral("/");
     redirectTargets_.insert(target);
+    RedirectChain::recordLink(target, link, project_);
     enqueue(target, path, name, depth + 1);
 }
 

@@ -14,12 +14,13 @@ struct FetchAhead::Job {
 };
 
 FetchAhead::FetchAhead(int threads, const QStringList& filteredContentTypes, double timeoutSeconds,
-                       RequestPacer* pacer)
+                       double maxTransferSeconds, RequestPacer* pacer)
     : filteredContentTypes_(filteredContentTypes)
 {
     for (int i = 0; i < threads; ++i) {
         auto call = std::make_unique<SynchronizedWebCall>();
         call->setTimeoutInterval(timeoutSeconds);
+        call->setMaxTransferInterval(maxTransferSeconds);
         call->setRequestPacer(pacer);
         call->setCanContinueFlag(&transfersMayRun_);
         calls_.push_back(std::move(call));

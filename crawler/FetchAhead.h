@@ -25,8 +25,9 @@ class SynchronizedWebCall;
 // limit) is dropped. Used from the crawler's thread only.
 class FetchAhead {
 public:
-    // threads: the most requests in flight. Each web call gets the time-out and the pacer.
-    FetchAhead(int threads, const QStringList& filteredContentTypes, double timeoutSeconds, RequestPacer* pacer);
+    // threads: the most requests in flight. Each web call gets the time-outs and the pacer.
+    FetchAhead(int threads, const QStringList& filteredContentTypes, double timeoutSeconds, double maxTransferSeconds,
+               RequestPacer* pacer);
     // Abandons the transfers still running and waits for the threads.
     ~FetchAhead();
     FetchAhead(const FetchAhead&) = delete;

@@ -73,6 +73,7 @@ URLRequest SynchronizedWebCall::requestWithURL(const QUrl& url, const QString& m
 {
     URLRequest request(url, URLRequest::ReloadIgnoringLocalCacheData, requestTimeoutInterval());
     request.setHTTPMethod(method);
+    request.setMaxTransferInterval(maxTransferInterval());
     return request;
 }
 

@@ -45,6 +45,9 @@ class SynchronizedWebCall {
 public:
     static constexpr qint64 kDownloadLimit = 1048576;
     static constexpr double kTimeoutInterval = 1000.0;
+    // Seconds a whole transfer (redirects included) may take, however steadily the bytes
+    // come: a server that sends a byte a second must not hold a page for ever.
+    static constexpr double kMaxTransferInterval = 300.0;
 
     // init: every flag false, contentType "", both lengths -1, redirectURL null.
     SynchronizedWebCall();
@@ -136,6 +139,12 @@ public:
     // This instance's time-out (seconds), e.g. from the command line; 0 or less: the one above.
     void setTimeoutInterval(double seconds) { ownTimeoutInterval_ = seconds; }
     double requestTimeoutInterval() const { return ownTimeoutInterval_ > 0 ? ownTimeoutInterval_ : timeoutInterval(); }
+    // This instance's bound on a whole transfer (seconds); 0 or less: kMaxTransferInterval.
+    void setMaxTransferInterval(double seconds) { ownMaxTransferInterval_ = seconds; }
+    double maxTransferInterval() const
+    {
+        return ownMaxTransferInterval_ > 0 ? ownMaxTransferInterval_ : kMaxTransferInterval;
+    }
     // For tests only: a shorter time-out (seconds); 0 or less restores kTimeoutInterval.
     static void setTimeoutIntervalForTesting(double seconds);
 
@@ -160,6 +169,7 @@ private:
     bool isOtherHostRefused_ = false;
     FetchOutcome lastOutcome_;
     double ownTimeoutInterval_ = 0;
+    double ownMaxTransferInterval_ = 0;
     const std::atomic<bool>* canContinue_ = nullptr;
     RequestPacer* pacer_ = nullptr;
 };

@@ -23,12 +23,19 @@ struct URLConnection::Exchange {
     {
         return idleLimit.count() > 0 && Clock::now() - lastActivity > idleLimit;
     }
+    // A server that sends a byte now and then is never idle: the whole transfer has a bound.
+    bool isPastDeadline() const
+    {
+        return deadlineNs != 0 && Clock::now().time_since_epoch().count() > deadlineNs;
+    }
 
     ResponseHeaderParser parser;
     Clock::time_point lastActivity = Clock::now();
     std::chrono::milliseconds idleLimit{0};
+    std::int64_t deadlineNs = 0;
     curl_off_t lastUploaded = 0;
     bool timedOut = false;
+    bool tooLong = false; // the time-out was the bound on the whole transfer
     bool abandoned = false; // the can-continue flag was cleared during the exchange
     bool responseDelivered = false;
     std::optional<URLRequest> nextRequest; // set when the delegate accepted a redirect
@@ -64,6 +71,10 @@ struct URLConnectionCallbacks {
             exchange.noteActivity();
         } else if (exchange.isIdleTooLong()) {
             exchange.timedOut = true;
+            return 1;
+        }
+        if (exchange.isPastDeadline()) {
+            exchange.timedOut = exchange.tooLong = true;
             return 1;
         }
         return 0;
@@ -297,6 +308,11 @@ bool URLConnection::runOnce()
             return true;
         }
         currentRequest_ = *request;
+        const double bound = originalRequest_.maxTransferInterval();
+        if (bound > 0) {
+            const auto span = std::chrono::duration_cast<Exchange::Clock::duration>(std::chrono::duration<double>(bound));
+            transferDeadlineNs_ = (Exchange::Clock::now() + span).time_since_epoch().count();
+        }
     }
     performExchange();
     return true;
@@ -316,6 +332,10 @@ void URLConnection::performExchange()
     }
     if (isAbandoned()) {
         fail(abandonedError());
+        return;
+    }
+    if (transferDeadlineNs_ != 0 && Exchange::Clock::now().time_since_epoch().count() > transferDeadlineNs_) {
+        fail(FetchError::errorWithCode(FetchError::TimedOut, QStringLiteral("the transfer took too long")));
         return;
     }
 
@@ -372,6 +392,7 @@ void URLConnection::performExchange()
     const long timeoutMs = timeout > 0 ? std::max(1L, long(std::llround(timeout * 1000.0))) : 0L;
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, timeoutMs);
     exchange_->idleLimit = std::chrono::milliseconds(timeoutMs);
+    exchange_->deadlineNs = transferDeadlineNs_;
     exchange_->noteActivity();
 
     const CURLcode code = CURLcode(runTransfer());
@@ -397,7 +418,9 @@ void URLConnection::performExchange()
         return;
     }
     if (exchange_->timedOut) {
-        fail(FetchError::errorWithCode(FetchError::TimedOut, QStringLiteral("the request timed out")));
+        fail(FetchError::errorWithCode(FetchError::TimedOut, exchange_->tooLong
+                                                                 ? QStringLiteral("the transfer took too long")
+                                                                 : QStringLiteral("the request timed out")));
         return;
     }
     if (code != CURLE_OK) {
@@ -448,6 +471,11 @@ int URLConnection::runTransfer()
         }
         if (ended || running == 0)
             break;
+        if (exchange_->isPastDeadline()) {
+            exchange_->timedOut = exchange_->tooLong = true;
+            code = CURLE_OPERATION_TIMEDOUT;
+            break;
+        }
         if (cancelled_ || isAbandoned()) {
             // Seen here as well as in the progress callback, which libcurl may call less
             // often while the server is silent.
@@ -506,6 +534,14 @@ bool URLConnection::handleRedirect(const HTTPURLResponsePtr& response)
     if (!target)
         return false; // no usable Location: the redirect is the answer
 
+    if (!isHTTPScheme(*target) || target->host().isEmpty()) {
+        // Only the web's schemes are followed: a redirect to file:, smb: or javascript: is
+        // the fetch's failure, never a request and never a page.
+        exchange_->pendingError = FetchError::errorWithCode(
+            FetchError::UnsupportedURL,
+            QStringLiteral("redirect to a URL that is not http or https: %1").arg(target->toString(QUrl::RemoveUserInfo)));
+        return true;
+    }
     if (redirectCount_ >= kMaximumRedirects) {
         exchange_->pendingError = FetchError::errorWithCode(FetchError::HTTPTooManyRedirects,
                                                             QStringLiteral("too many HTTP redirects"));

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -97,6 +98,8 @@ private:
     std::atomic<bool> cancelled_{false};
     const std::atomic<bool>* canContinue_ = nullptr;
     int redirectCount_ = 0;
+    // When the whole transfer must have ended (steady clock, nanoseconds); 0: no bound.
+    std::int64_t transferDeadlineNs_ = 0;
     void* easy_ = nullptr;
     void* multi_ = nullptr;
 

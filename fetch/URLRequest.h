@@ -33,6 +33,11 @@ public:
     double timeoutInterval() const { return timeoutInterval_; }
     void setTimeoutInterval(double seconds) { timeoutInterval_ = seconds; }
 
+    // Seconds the whole transfer may take, redirects included, however steadily bytes come;
+    // 0 or less: no bound.
+    double maxTransferInterval() const { return maxTransferInterval_; }
+    void setMaxTransferInterval(double seconds) { maxTransferInterval_ = seconds; }
+
     // Extra request header fields (name -> value), sent as given.
     QMap<QString, QString> allHTTPHeaderFields() const { return headerFields_; }
     void setValueForHTTPHeaderField(const QString& value, const QString& field);
@@ -42,5 +47,6 @@ private:
     QString httpMethod_ = QStringLiteral("GET");
     CachePolicy cachePolicy_ = UseProtocolCachePolicy;
     double timeoutInterval_ = kDefaultTimeoutInterval;
+    double maxTransferInterval_ = 0;
     QMap<QString, QString> headerFields_;
 };

@@ -5,6 +5,7 @@
 #include "store/DataModelManager.h"
 #include "store/DateFormatter.h"
 #include "store/DebugTrace.h"
+#include "store/DisplayText.h"
 #include "store/ManagedObjectContext.h"
 #include "store/ProjectFilePaths.h"
 #include "store/ReadOnlyDatabase.h"
@@ -308,7 +309,8 @@ void Project::appendToErrorFileLogHandle(const QString& entry)
             return;
         fileErrorLogHandle_ = std::make_shared<BufferedFileLogger>(m->fullLogErrorsFileNameWithProjectName(name()), 1024);
     }
-    fileErrorLogHandle_->appendLogEntry(entry);
+    // A URL's credentials never reach a log file.
+    fileErrorLogHandle_->appendLogEntry(DisplayText::maskUserInfo(entry));
 }
 
 void Project::flushLogs()

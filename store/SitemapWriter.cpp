@@ -42,6 +42,8 @@ QString locOf(const QString& stored)
     if (url.path().isEmpty())
         url.setPath(QStringLiteral("/"));
     url.setFragment(QString());
+    // Credentials written into a crawled URL are never published.
+    url.setUserInfo(QString());
     return url.toString(QUrl::FullyEncoded);
 }
 
@@ -228,7 +230,8 @@ SitemapWriter::Result SitemapWriter::writeFile(const QString& path, const Projec
     const QUrl site(project->url());
     for (const QString& part : parts.files_) {
         const QUrl loc = site.resolved(QUrl(QStringLiteral("/") + QFileInfo(part).fileName()));
-        body += "  <sitemap><loc>" + xmlEscaped(loc.toString(QUrl::FullyEncoded)).toUtf8() + "</loc></sitemap>\n";
+        body += "  <sitemap><loc>" + xmlEscaped(loc.toString(QUrl::FullyEncoded | QUrl::RemoveUserInfo)).toUtf8()
+                + "</loc></sitemap>\n";
     }
     body += kIndexTail;
     if (!index.open(QIODevice::WriteOnly) || index.write(body) != body.size() || !index.commit()) {

@@ -1226,6 +1226,8 @@ base illisible, ou si endommagée que sa lecture échoue).
         <source>A project crawled before has pages: --continue goes on with the URLs still waiting, --restart
 empties the database and starts again (on a terminal without either, you are asked).
   --timeout S  seconds a transfer may stay silent before it fails (default 1000)
+  --max-transfer-time S  seconds a whole transfer may take, redirects included, before it
+               fails as a time-out (default 300)
   --fail-on-broken  exit with status 4 when the crawl found broken internal links (links
                whose target answered 4xx or 5xx or could not be fetched; see &apos;broken NAME&apos;)
   --parallel N requests in flight at most (default 4): the next pages of the queue are
@@ -1244,6 +1246,8 @@ is crawling, vacuuming or deleting the project, 130 stopped.
 vide la base et recommence (sur un terminal, sans l&apos;une ni l&apos;autre, la question vous est posée).
   --timeout S  secondes pendant lesquelles un transfert peut rester muet avant d&apos;échouer
                (par défaut 1000)
+  --max-transfer-time S  secondes que peut durer un transfert entier, redirections comprises,
+               avant d&apos;échouer comme un dépassement de délai (par défaut 300)
   --fail-on-broken  sort avec le code 4 quand l&apos;analyse a trouvé des liens internes cassés
                (liens dont la cible a répondu 4xx ou 5xx ou n&apos;a pas pu être obtenue ; voir
                &apos;broken NOM&apos;)
@@ -1266,8 +1270,12 @@ l&apos;URL du projet (http/https ou www.), 4 liens internes cassés (avec --fail
     </message>
     <message id="CliCrawlURLDetails">
         <source>  --name NAME  the project&apos;s name (default: the URL&apos;s host)
+  --max-transfer-time S  seconds a whole transfer may take, redirects included, before it
+               fails as a time-out (default 300)
 </source>
         <translation>  --name NAME  le nom du projet (par défaut : l&apos;hôte de l&apos;URL)
+  --max-transfer-time S  secondes que peut durer un transfert entier, redirections comprises,
+               avant d&apos;échouer comme un dépassement de délai (par défaut 300)
 </translation>
     </message>
     <message id="CliVacuumSummary">
@@ -1275,16 +1283,16 @@ l&apos;URL du projet (http/https ou www.), 4 liens internes cassés (avec --fail
         <translation>retire (de nouveau) les liens vers des ressources non HTML du nombre de liens émis des pages</translation>
     </message>
     <message id="CliErrorBadTimeout">
-        <source>--timeout wants a number of seconds above 0</source>
-        <translation>--timeout attend un nombre de secondes supérieur à 0</translation>
+        <source>--timeout wants a number of seconds from 0.1 to 86400</source>
+        <translation>--timeout attend un nombre de secondes de 0,1 à 86400</translation>
     </message>
     <message id="CliErrorBadParallel">
         <source>--parallel wants a number of requests from 1 to 64</source>
         <translation>--parallel attend un nombre de requêtes de 1 à 64</translation>
     </message>
     <message id="CliErrorBadMaxRate">
-        <source>--max-rate wants a number of requests per second above 0</source>
-        <translation>--max-rate attend un nombre de requêtes par seconde supérieur à 0</translation>
+        <source>--max-rate wants a number of requests per second from 0.01 to 1000</source>
+        <translation>--max-rate attend un nombre de requêtes par seconde de 0,01 à 1000</translation>
     </message>
     <message id="CliErrorProjectExistsChooseName">
         <source>a project named &apos;%1&apos; exists already; choose another with --name</source>
@@ -1471,6 +1479,10 @@ Options :
     <message id="CliFailOnBrokenStartPage">
         <source>the start page %1 could not be checked (%2): nothing of the site was</source>
         <translation>la page de départ %1 n&apos;a pas pu être vérifiée (%2) : rien du site ne l&apos;a été</translation>
+    </message>
+    <message id="CliErrorBadMaxTransferTime">
+        <source>--max-transfer-time wants a number of seconds from 1 to 86400</source>
+        <translation>--max-transfer-time attend un nombre de secondes de 1 à 86400</translation>
     </message>
 </context>
 </TS>

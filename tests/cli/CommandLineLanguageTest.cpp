@@ -156,14 +156,14 @@ TEST(CommandLineLanguage, TheCrawlPromptRefusesWithoutATerminalInFrench)
     r = runCli({"crawl", "site", "--parallel", "0"}, dir.path(), 60000, QByteArray(), kFrench);
     EXPECT_EQ(r.err, QStringLiteral("quillmere: --parallel attend un nombre de requêtes de 1 à 64\n"));
     r = runCli({"crawl", "site", "--max-rate", "-1"}, dir.path(), 60000, QByteArray(), kFrench);
-    EXPECT_EQ(r.err, QStringLiteral("quillmere: --max-rate attend un nombre de requêtes par seconde supérieur à 0\n"));
+    EXPECT_EQ(r.err, QStringLiteral("quillmere: --max-rate attend un nombre de requêtes par seconde de 0,01 à 1000\n"));
     EXPECT_EQ(server.requestCount(), requests);  // refusals fetch nothing
 
     r = runCli({"crawl", "site"}, dir.path());
     EXPECT_TRUE(r.err.contains("URLs waiting from an earlier crawl; use --continue to go on with them or --restart"))
         << r.err.toStdString();
     r = runCli({"crawl", "site", "--max-rate", "-1"}, dir.path());
-    EXPECT_EQ(r.err, QStringLiteral("quillmere: --max-rate wants a number of requests per second above 0\n"));
+    EXPECT_EQ(r.err, QStringLiteral("quillmere: --max-rate wants a number of requests per second from 0.01 to 1000\n"));
 }
 
 } // namespace
