@@ -5,6 +5,7 @@
 
 #include <httplib.h>
 
+#include <chrono>
 #include <thread>
 
 struct DemoServer::Impl {
@@ -75,6 +76,10 @@ bool DemoServer::start(int port)
     if (port_ <= 0)
         return false;
     impl_->thread = std::thread([&server] { server.listen_after_bind(); });
+    // A stop asked before the server runs would be lost and leave its thread listening for
+    // ever: it runs before start answers.
+    for (int waited = 0; !server.is_running() && waited < 5000; ++waited)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     return true;
 }
 
