@@ -9,7 +9,7 @@
 #include "app/ProjectRefusalAlert.h"
 #include "store/DataModelManager.h"
 #include "store/DateFormatter.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Localization.h"
 #include "store/ManagedObjectContext.h"
 #include "store/PageFilter.h"

@@ -20,7 +20,7 @@
 #include "crawler/DownloaderOperationLibXML.h"
 #include "crawler/OperationQueue.h"
 #include "crawler/VacuumCleanerOperation.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Localization.h"
 #include "store/PageFilter.h"
 #include "store/Project.h"

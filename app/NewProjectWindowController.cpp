@@ -2,7 +2,7 @@
 
 #include "app/NewProjectControllerDelegate.h"
 #include "html/StringOperations.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Localization.h"
 
 #include <QFormLayout>

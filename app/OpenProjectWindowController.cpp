@@ -5,7 +5,7 @@
 #include "store/ApplicationDelegate.h"
 #include "store/DataModelManager.h"
 #include "store/DateFormatter.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Localization.h"
 #include "store/Project.h"
 #include "store/ProjectCatalog.h"

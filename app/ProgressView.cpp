@@ -3,7 +3,7 @@
 #include "app/AppDelegate.h"
 #include "app/MainViewController.h"
 #include "store/DateFormatter.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Localization.h"
 #include "store/Project.h"
 #include "store/QuillmerePage.h"

@@ -1,6 +1,6 @@
 #include "app/SystemBrowser.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 
 #include <QDesktopServices>
 

@@ -1,7 +1,7 @@
 #include "app/WebPreviewPage.h"
 
 #include "app/SystemBrowser.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 
 WebPreviewPage::WebPreviewPage(QObject* parent) : QWebEnginePage(parent) {}
 

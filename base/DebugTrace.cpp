@@ -1,4 +1,4 @@
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 
 #include <cstdarg>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #include "cli/CliCrawlController.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Project.h"
 
 CliCrawlController::CliCrawlController(std::shared_ptr<Project> project) : project_(project)

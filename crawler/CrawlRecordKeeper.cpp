@@ -2,7 +2,7 @@
 
 #include "store/ApplicationDelegate.h"
 #include "store/DataModelManager.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Project.h"
 #include "store/RedirectChain.h"
 #include "store/QuillmereDownloaderQueue.h"

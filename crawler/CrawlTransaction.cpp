@@ -1,7 +1,7 @@
 #include "crawler/CrawlTransaction.h"
 
 #include "store/DatabaseErrorLog.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 
 #include <sqlite3.h>
 

@@ -3,7 +3,7 @@
 #include "crawler/DownloaderOperationLibXML.h"
 #include "crawler/OperationQueue.h"
 #include "store/ApplicationDelegate.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Project.h"
 
 DownloaderCmdLineTestController::DownloaderCmdLineTestController() = default;

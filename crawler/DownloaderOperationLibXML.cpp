@@ -14,7 +14,7 @@
 #include "html/StringOperations.h"
 #include "store/LinkHeaders.h"
 #include "store/Localization.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/FetchLog.h"
 #include "store/Project.h"
 #include "store/QuillmereDownloaderQueue.h"
@@ -437,7 +437,7 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
             continue;
         if (href.size() >= 11 && hasPrefixCaseInsensitive(href, QStringLiteral("javascript:")))
             continue;
-        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(anchor, path, url, projectURL, project_);
+        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(anchor, path, url, projectURL);
         if (link->isExternalLink()) {
             if (link->isPossibleFirstURLError()) {
                 isPossibleFirstURLError_ = true;

@@ -1,7 +1,7 @@
 #include "fetch/NSURLConnectionWithLimit.h"
 
 #include "fetch/URLConnection.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 
 #include <limits>
 

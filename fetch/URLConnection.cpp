@@ -2,7 +2,7 @@
 
 #include "fetch/PercentEscapes.h"
 #include "fetch/ResponseHeaderParser.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 
 #include <curl/curl.h>
 

@@ -4,7 +4,6 @@
 #include "html/RangeException.h"
 #include "html/RobotsTxt.h"
 #include "html/StringOperations.h"
-#include "store/Project.h"
 
 using PathOperations::Components;
 using PathOperations::Join;
@@ -49,13 +48,12 @@ QString withoutFragment(const QString& url)
 } // namespace
 
 HTMLLink::HTMLLink(const HTMLNodePtr& node, const QString& currentPath, const QString& currentFullURL,
-                   const QString& projectBaseURL, const std::shared_ptr<Project>& project)
+                   const QString& projectBaseURL)
     : debugAnchor_(QStringLiteral("A0"))
     , debugHRef_(QStringLiteral("L0"))
     , currentPath_(currentPath)
     , currentFullURL_(currentFullURL)
     , projectBaseURL_(projectBaseURL)
-    , project_(project)
 {
     if (node)
         href_ = node->getAttributeNamed(QStringLiteral("href"));
@@ -64,10 +62,9 @@ HTMLLink::HTMLLink(const HTMLNodePtr& node, const QString& currentPath, const QS
 }
 
 HTMLLinkPtr HTMLLink::initWithHTMLNode(const HTMLNodePtr& node, const QString& currentPath,
-                                       const QString& currentFullURL, const QString& projectBaseURL,
-                                       const std::shared_ptr<Project>& project)
+                                       const QString& currentFullURL, const QString& projectBaseURL)
 {
-    return std::make_shared<HTMLLink>(node, currentPath, currentFullURL, projectBaseURL, project);
+    return std::make_shared<HTMLLink>(node, currentPath, currentFullURL, projectBaseURL);
 }
 
 void HTMLLink::resolveAnchor(const HTMLNodePtr& nodePtr)
@@ -262,8 +259,6 @@ bool HTMLLink::isAllowedURLwithArrayOfDisallowed(const QList<RobotEntryPtr>* rul
         return true;
     if (!path.startsWith(kSlash))
         path.prepend(kSlash);
-    if (project_)
-        return project_->isAllowedURL(path, *rules);
     return isAllowedURLWithArrayOfDisallowed(path, *rules);
 }
 

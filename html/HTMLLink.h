@@ -9,7 +9,6 @@
 
 #include <memory>
 
-class Project;
 class HTMLLink;
 using HTMLLinkPtr = std::shared_ptr<HTMLLink>;
 
@@ -24,13 +23,12 @@ class HTMLLink {
 public:
     HTMLLink() = default;
     HTMLLink(const HTMLNodePtr& node, const QString& currentPath, const QString& currentFullURL,
-             const QString& projectBaseURL, const std::shared_ptr<Project>& project);
+             const QString& projectBaseURL);
 
     // A fully resolved link for an "a" element. currentPath is the directory path of the page
     // holding it ("/" or "/dir"), projectBaseURL the project's start URL.
     static HTMLLinkPtr initWithHTMLNode(const HTMLNodePtr& node, const QString& currentPath,
-                                        const QString& currentFullURL, const QString& projectBaseURL,
-                                        const std::shared_ptr<Project>& project);
+                                        const QString& currentFullURL, const QString& projectBaseURL);
 
     // Resolves a relative href against a directory path; both outputs are cleared first.
     static void extractFromHRef(const QString& href, const QString& currentPath, QString& fullPath,
@@ -70,8 +68,6 @@ public:
     void setCurrentFullURL(const QString& v) { currentFullURL_ = v; }
     QString projectBaseURL() const { return projectBaseURL_; }
     void setProjectBaseURL(const QString& v) { projectBaseURL_ = v; }
-    std::shared_ptr<Project> project() const { return project_; }
-    void setProject(const std::shared_ptr<Project>& v) { project_ = v; }
     // Never filled by the link itself; empty stands for none.
     QVariantMap headers() const { return headers_; }
     void setHeaders(const QVariantMap& v) { headers_ = v; }
@@ -94,6 +90,5 @@ private:
     QString currentPath_;
     QString currentFullURL_;
     QString projectBaseURL_;
-    std::shared_ptr<Project> project_;
     QVariantMap headers_;
 };

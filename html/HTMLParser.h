@@ -1,7 +1,7 @@
 #pragma once
 
 #include "html/HTMLNode.h"
-#include "store/AppError.h"
+#include "base/AppError.h"
 
 #include <QByteArray>
 #include <QString>

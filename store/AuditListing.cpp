@@ -1,6 +1,6 @@
 #include "store/AuditListing.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Project.h"
 #include "store/RecordStatement.h"
 

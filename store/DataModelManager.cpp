@@ -2,7 +2,7 @@
 
 #include "store/ApplicationDelegate.h"
 #include "store/DatabaseErrorLog.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/FetchLog.h"
 #include "store/ManagedObjectContext.h"
 #include "store/ManagedObjectModel.h"

@@ -1,6 +1,6 @@
 #include "store/FetchLog.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/RecordStatement.h"
 
 #include <QJsonArray>

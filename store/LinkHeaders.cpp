@@ -1,6 +1,6 @@
 #include "store/LinkHeaders.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/RecordStatement.h"
 
 using namespace RecordStatement;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/AppError.h"
+#include "base/AppError.h"
 
 #include <QList>
 

@@ -1,6 +1,6 @@
 #include "store/PageListing.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Localization.h"
 #include "store/PageFilter.h"
 #include "store/RecordStatement.h"

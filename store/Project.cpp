@@ -4,7 +4,7 @@
 #include "store/BufferedFileLogger.h"
 #include "store/DataModelManager.h"
 #include "store/DateFormatter.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/DisplayText.h"
 #include "store/ManagedObjectContext.h"
 #include "store/ProjectFilePaths.h"

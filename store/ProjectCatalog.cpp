@@ -1,7 +1,7 @@
 #include "store/ProjectCatalog.h"
 
 #include "store/DataModelManager.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/ManagedObjectContext.h"
 #include "store/ManagedObjectModel.h"
 #include "store/PersistentStoreCoordinator.h"

@@ -1,4 +1,4 @@
-// The robots.txt operations of Project live with the rule classes.
+// The robots.txt operations of Project: its rules are read and matched by the html layer.
 #include "store/Project.h"
 
 #include "html/RobotEntry.h"

@@ -1,6 +1,6 @@
 #include "store/QuillmereLinkPage.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/QuillmereLink.h"
 #include "store/QuillmerePage.h"
 #include "store/RecordStatement.h"

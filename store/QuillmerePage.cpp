@@ -1,6 +1,6 @@
 #include "store/QuillmerePage.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Localization.h"
 #include "store/QuillmereLinkPage.h"
 #include "store/RecordStatement.h"

@@ -1,6 +1,6 @@
 #include "store/ReadOnlyDatabase.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/FetchLog.h"
 
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "store/RedirectChain.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/RecordStatement.h"
 
 #include <sqlite3.h>

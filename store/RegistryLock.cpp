@@ -1,6 +1,6 @@
 #include "store/RegistryLock.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 
 #include <QElapsedTimer>
 #include <QFile>

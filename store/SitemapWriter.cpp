@@ -1,6 +1,6 @@
 #include "store/SitemapWriter.h"
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/FetchLog.h"
 #include "store/Localization.h"
 #include "store/Project.h"

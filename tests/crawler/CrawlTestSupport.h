@@ -11,7 +11,7 @@
 #include "crawler/OperationQueue.h"
 #include "crawler/VacuumCleanerDelegate.h"
 #include "crawler/VacuumCleanerOperation.h"
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 #include "store/Localization.h"
 #include "store/Project.h"
 #include "store/QuillmerePage.h"

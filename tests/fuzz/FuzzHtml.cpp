@@ -46,7 +46,7 @@ void exerciseAnchor(const HTMLNodePtr& anchor, qsizetype index, const QList<Robo
     const QString& base = kBases[index % kBases.size()];
     const QString& path = kPaths[(index / kBases.size()) % kPaths.size()];
     guarded([&] {
-        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(anchor, path, base + QStringLiteral("page.html"), base, nullptr);
+        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(anchor, path, base + QStringLiteral("page.html"), base);
         fuzz::checkLink(*link);
         if (!link->isExternalLink())
             guarded([&] { (void)link->isAllowedURLwithArrayOfDisallowed(rules); });

@@ -42,7 +42,7 @@ Resolution resolve(const HTMLNodePtr& node, const QString& path, const QString& 
 {
     Resolution r;
     try {
-        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(node, path, base, base, nullptr);
+        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(node, path, base, base);
         fuzz::checkLink(*link);
         r.external = link->isExternalLink();
         r.fullHref = link->fullHref();
@@ -78,7 +78,7 @@ void fuzzLinkStrings(const QStringList& fields)
     QList<RobotEntryPtr> rules;
     loadRobotsTxtToArray(robots, rules);
     guarded([&] {
-        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(node, path, base, base, nullptr);
+        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(node, path, base, base);
         fuzz::checkLink(*link);
         guarded([&] { (void)link->isAllowedURLwithArrayOfDisallowed(rules); });
     });

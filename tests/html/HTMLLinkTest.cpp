@@ -4,7 +4,7 @@
 #include "html/RangeException.h"
 #include "html/RobotEntryFullURL.h"
 #include "html/RobotEntryJokerURL.h"
-#include "store/Project.h"
+#include "html/RobotsTxt.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ const QString kPageURL = QStringLiteral("http://www.example.com/a/b/page.html");
 
 HTMLLinkPtr linkFor(const QString& href, const QString& base = kBase, const QString& path = kPagePath)
 {
-    return HTMLLink::initWithHTMLNode(makeAnchor(href), path, kPageURL, base, nullptr);
+    return HTMLLink::initWithHTMLNode(makeAnchor(href), path, kPageURL, base);
 }
 
 // A null expectation stands for a null string.
@@ -183,12 +183,10 @@ TEST(HTMLLinkTest, WithoutHref)
 
 TEST(HTMLLinkTest, FieldsGivenByTheCaller)
 {
-    auto project = std::make_shared<Project>();
-    HTMLLinkPtr link = HTMLLink::initWithHTMLNode(makeAnchor(QStringLiteral("x.html")), kPagePath, kPageURL, kBase, project);
+    HTMLLinkPtr link = HTMLLink::initWithHTMLNode(makeAnchor(QStringLiteral("x.html")), kPagePath, kPageURL, kBase);
     EXPECT_EQ(link->currentPath(), kPagePath);
     EXPECT_EQ(link->currentFullURL(), kPageURL);
     EXPECT_EQ(link->projectBaseURL(), kBase);
-    EXPECT_EQ(link->project(), project);
     EXPECT_TRUE(link->headers().isEmpty());
     EXPECT_FALSE(link->isSamePageLink());
 }
@@ -314,7 +312,7 @@ TEST_P(AnchorTest, Anchor)
 {
     const AnchorCase& c = GetParam();
     HTMLLinkPtr link = HTMLLink::initWithHTMLNode(makeAnchor(QStringLiteral("/p.html"), text(c.innerHTML), text(c.attributes)),
-                                                  kPagePath, kPageURL, kBase, nullptr);
+                                                  kPagePath, kPageURL, kBase);
     EXPECT_EQ(link->anchor(), text(c.anchor));
     EXPECT_FALSE(link->anchor().isNull());
     EXPECT_EQ(link->debugAnchor(), text(c.code));
@@ -346,7 +344,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(HTMLLinkTest, NullNodeGivesAnEmptyLink)
 {
-    HTMLLinkPtr link = HTMLLink::initWithHTMLNode(nullptr, kPagePath, kPageURL, kBase, nullptr);
+    HTMLLinkPtr link = HTMLLink::initWithHTMLNode(nullptr, kPagePath, kPageURL, kBase);
     EXPECT_TRUE(link->href().isNull());
     EXPECT_EQ(link->anchor(), QStringLiteral("html block"));
     EXPECT_EQ(link->debugAnchor(), QStringLiteral("A6"));
@@ -409,17 +407,14 @@ TEST(HTMLLinkRobotsTest, URLShorterThanTheBaseIsARangeFault)
     EXPECT_TRUE(link.isAllowedURLwithArrayOfDisallowed(QList<RobotEntryPtr>()));
 }
 
-TEST(HTMLLinkRobotsTest, TheProjectAnswers)
+TEST(HTMLLinkRobotsTest, TheSiteRulesAnswer)
 {
-    auto project = std::make_shared<Project>();
-    project->setUrl(QStringLiteral("http://www.example.com"));
+    const QString site = QStringLiteral("http://www.example.com");
     QList<RobotEntryPtr> fromFile;
-    project->loadRobotsTxt(QStringLiteral("User-agent: *\nDisallow: /private\n"), fromFile);
-    HTMLLinkPtr blocked = HTMLLink::initWithHTMLNode(makeAnchor(QStringLiteral("/private/a.html")), QStringLiteral("/"),
-                                                     project->url(), project->url(), project);
+    loadRobotsTxtToArray(QStringLiteral("User-agent: *\nDisallow: /private\n"), fromFile);
+    HTMLLinkPtr blocked = HTMLLink::initWithHTMLNode(makeAnchor(QStringLiteral("/private/a.html")), QStringLiteral("/"), site, site);
     EXPECT_FALSE(blocked->isAllowedURLwithArrayOfDisallowed(fromFile));
-    HTMLLinkPtr open = HTMLLink::initWithHTMLNode(makeAnchor(QStringLiteral("/open/a.html")), QStringLiteral("/"),
-                                                  project->url(), project->url(), project);
+    HTMLLinkPtr open = HTMLLink::initWithHTMLNode(makeAnchor(QStringLiteral("/open/a.html")), QStringLiteral("/"), site, site);
     EXPECT_TRUE(open->isAllowedURLwithArrayOfDisallowed(fromFile));
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/DebugTrace.h"
+#include "base/DebugTrace.h"
 
 #include <mutex>
 #include <string>
