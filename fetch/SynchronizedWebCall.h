@@ -153,7 +153,16 @@ public:
     static std::optional<QUrl> URLFromString(const QString& string);
 
 private:
+    struct Transfer;
+
     URLRequest requestWithURL(const QUrl& url, const QString& method) const;
+    void startCall(const QString& urlString);
+    void refuseOtherOrigin();
+    void fetchWithRetries(const URLRequest& request, const std::optional<QStringList>& filteredMimeType,
+                          Transfer& transfer);
+    static void stopDuringWait(Transfer& transfer);
+    void recordAnswer(const Transfer& transfer);
+    void recordOutcome(const Transfer& transfer);
 
     bool isRedirect_ = false;
     bool isContentTypeError_ = false;
