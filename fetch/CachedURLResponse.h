@@ -2,20 +2,16 @@
 
 #include "fetch/HTTPURLResponse.h"
 
-#include <QByteArray>
+#include <utility>
 
-// A response with its body, as offered for caching when a transfer completes.
+// A response as offered for caching when a transfer completes. Nothing here caches, so
+// only the response is carried; delegates hand it back unchanged.
 class CachedURLResponse {
 public:
-    CachedURLResponse(HTTPURLResponsePtr response, QByteArray data)
-        : response_(std::move(response)), data_(std::move(data))
-    {
-    }
+    explicit CachedURLResponse(HTTPURLResponsePtr response) : response_(std::move(response)) {}
 
     HTTPURLResponsePtr response() const { return response_; }
-    QByteArray data() const { return data_; }
 
 private:
     HTTPURLResponsePtr response_;
-    QByteArray data_;
 };

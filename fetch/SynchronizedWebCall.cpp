@@ -90,19 +90,19 @@ QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::opti
     return getURL(urlString, filteredMimeType, QUrl());
 }
 
+// What one GET received: the final response, the body, the error, and the header
+// dictionary the size-limited transfer fills.
+struct SynchronizedWebCall::Transfer {
+    HTTPURLResponsePtr response;
+    FetchErrorPtr error;
+    QByteArray data;
+    QVariantMap headers;
+};
+
 QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::optional<QStringList>& filteredMimeType,
                                        const QUrl& requiredOrigin)
 {
-    QVariantMap headers;
-    downloadedSize_ = 0;
-    isRedirect_ = false;
-    redirectURL_ = QString();
-    isAbandoned_ = false;
-    isOtherHostRefused_ = false;
-    lastOutcome_ = FetchOutcome();
-    lastOutcome_.requestedURL = urlString.isNull() ? QStringLiteral("") : urlString;
-    lastOutcome_.fetchedAt = QDateTime::currentDateTimeUtc();
-
+    startCall(urlString);
     const auto url = URLFromString(urlString);
     if (!url) {
         lastOutcome_.failure = FetchOutcome::Failure::BadURL;
@@ -111,63 +111,98 @@ QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::opti
     lastOutcome_.finalURL = url->toString(QUrl::FullyEncoded);
 
     if (requiredOrigin.isValid() && !isSameOrigin(*url, requiredOrigin)) {
-        // What a server that cannot be reached leaves, without a byte sent to it.
-        isOtherHostRefused_ = true;
-        contentType_ = QStringLiteral("");
-        isContentTypeError_ = false;
-        contentLength_ = -1;
-        isContentLengthError_ = false;
-        downloadedLength_ = -1;
-        is404_ = false;
-        lastOutcome_.failure = FetchOutcome::Failure::OtherHost;
+        refuseOtherOrigin();
         return QByteArray();
     }
 
-    const URLRequest request = requestWithURL(*url, QStringLiteral("GET"));
-    HTTPURLResponsePtr response;
-    FetchErrorPtr error;
-    QByteArray data;
-    // A stop during a wait (the pacer's or a Retry-After's) ends the call as a transfer
-    // abandoned: no response, and the fields of a failed transfer.
-    auto stopped = [&] {
-        error = FetchError::errorWithCode(FetchError::Cancelled, QStringLiteral("the transfer was abandoned"));
-        response.reset();
-        data = QByteArray();
-        headers = QVariantMap{{QStringLiteral("contentType"), QStringLiteral("")},
-                              {QStringLiteral("contentLength"), qint64(-1)}};
-    };
+    Transfer transfer;
+    fetchWithRetries(requestWithURL(*url, QStringLiteral("GET")), filteredMimeType, transfer);
+    isAbandoned_ = transfer.error && transfer.error->code() == FetchError::Cancelled && canContinue_
+                   && !canContinue_->load();
+    const bool invalid = isInValidResponse(transfer.response, transfer.data, transfer.error);
+    recordAnswer(transfer);
+    recordOutcome(transfer);
+    if (invalid)
+        return QByteArray();
+    return transfer.data;
+}
+
+// The fields every call resets before anything else, even for a string that makes no URL.
+void SynchronizedWebCall::startCall(const QString& urlString)
+{
+    downloadedSize_ = 0;
+    isRedirect_ = false;
+    redirectURL_ = QString();
+    isAbandoned_ = false;
+    isOtherHostRefused_ = false;
+    lastOutcome_ = FetchOutcome();
+    lastOutcome_.requestedURL = urlString.isNull() ? QStringLiteral("") : urlString;
+    lastOutcome_.fetchedAt = QDateTime::currentDateTimeUtc();
+}
+
+// What a server that cannot be reached leaves, without a byte sent to it.
+void SynchronizedWebCall::refuseOtherOrigin()
+{
+    isOtherHostRefused_ = true;
+    contentType_ = QStringLiteral("");
+    isContentTypeError_ = false;
+    contentLength_ = -1;
+    isContentLengthError_ = false;
+    downloadedLength_ = -1;
+    is404_ = false;
+    lastOutcome_.failure = FetchOutcome::Failure::OtherHost;
+}
+
+// Sends the request in its turn, and again after a 429 or 503 whose Retry-After asks for a
+// short wait, up to kMaximumRetries times.
+void SynchronizedWebCall::fetchWithRetries(const URLRequest& request,
+                                           const std::optional<QStringList>& filteredMimeType, Transfer& transfer)
+{
     for (int attempt = 0;; ++attempt) {
         if (pacer_ && !pacer_->waitTurn(canContinue_)) {
-            stopped();
-            break;
+            stopDuringWait(transfer);
+            return;
         }
-        headers.clear();
+        transfer.headers.clear();
         lastOutcome_.redirectChain.clear();
         lastOutcome_.fetchedAt = QDateTime::currentDateTimeUtc();
         QElapsedTimer clock;
         clock.start();
-        data = NSURLConnectionLimitSize::sendSynchronousRequest(request, &response, kDownloadLimit, filteredMimeType,
-                                                               &headers, &error, canContinue_,
-                                                               &lastOutcome_.redirectChain);
+        transfer.data = NSURLConnectionLimitSize::sendSynchronousRequest(
+            request, &transfer.response, kDownloadLimit, filteredMimeType, &transfer.headers, &transfer.error,
+            canContinue_, &lastOutcome_.redirectChain);
         lastOutcome_.responseMs = clock.elapsed();
         // A server that is busy or rate-limiting says when to come back: a short wait is
         // better than a page recorded as failed.
-        const int status = response ? response->statusCode() : 0;
-        if (error || (status != 429 && status != 503) || attempt >= kMaximumRetries)
-            break;
-        const qint64 wait = retryAfterSeconds(response->valueForHTTPHeaderField(QStringLiteral("Retry-After")),
-                                              QDateTime::currentDateTimeUtc());
+        const int status = transfer.response ? transfer.response->statusCode() : 0;
+        if (transfer.error || (status != 429 && status != 503) || attempt >= kMaximumRetries)
+            return;
+        const qint64 wait = retryAfterSeconds(
+            transfer.response->valueForHTTPHeaderField(QStringLiteral("Retry-After")), QDateTime::currentDateTimeUtc());
         if (wait < 0 || wait > kMaximumRetryAfterSeconds)
-            break;
+            return;
         if (!RequestPacer::sleepFor(std::chrono::seconds(wait), canContinue_)) {
-            stopped();
-            break;
+            stopDuringWait(transfer);
+            return;
         }
     }
-    isAbandoned_ = error && error->code() == FetchError::Cancelled && canContinue_ && !canContinue_->load();
+}
 
-    const bool invalid = isInValidResponse(response, data, error);
+// A stop during a wait (the pacer's or a Retry-After's) ends the call as a transfer
+// abandoned: no response, and the fields of a failed transfer.
+void SynchronizedWebCall::stopDuringWait(Transfer& transfer)
+{
+    transfer.error = FetchError::errorWithCode(FetchError::Cancelled, QStringLiteral("the transfer was abandoned"));
+    transfer.response.reset();
+    transfer.data = QByteArray();
+    transfer.headers = QVariantMap{{QStringLiteral("contentType"), QStringLiteral("")},
+                                   {QStringLiteral("contentLength"), qint64(-1)}};
+}
 
+// The fields read after the call, from the header dictionary and the final response.
+void SynchronizedWebCall::recordAnswer(const Transfer& transfer)
+{
+    const QVariantMap& headers = transfer.headers;
     if (headers.value(QStringLiteral("isRedirect")).toBool()) {
         isRedirect_ = true;
         redirectURL_ = headers.value(QStringLiteral("redirectURL")).toString();
@@ -180,26 +215,26 @@ QByteArray SynchronizedWebCall::getURL(const QString& urlString, const std::opti
     contentLength_ = headers.value(QStringLiteral("contentLength")).toLongLong();
     isContentLengthError_ = headers.value(QStringLiteral("contentLengthError")).toBool();
 
-    downloadedLength_ = data.isNull() ? -1 : data.size();
-    is404_ = (response ? response->statusCode() : 0) == 404;
+    downloadedLength_ = transfer.data.isNull() ? -1 : transfer.data.size();
+    is404_ = (transfer.response ? transfer.response->statusCode() : 0) == 404;
+}
 
-    lastOutcome_.status = response ? response->statusCode() : 0;
-    if (response)
-        lastOutcome_.finalURL = response->URL().toString(QUrl::FullyEncoded);
+// What the fetch taught about the URL, for the audit: status or failure and final URL.
+void SynchronizedWebCall::recordOutcome(const Transfer& transfer)
+{
+    lastOutcome_.status = transfer.response ? transfer.response->statusCode() : 0;
+    if (transfer.response)
+        lastOutcome_.finalURL = transfer.response->URL().toString(QUrl::FullyEncoded);
     else if (isRedirect_)
         lastOutcome_.finalURL = redirectURL_;
-    if (error) {
-        lastOutcome_.failure = failureOf(error, isAbandoned_);
-        lastOutcome_.failureText = error->localizedDescription();
+    if (transfer.error) {
+        lastOutcome_.failure = failureOf(transfer.error, isAbandoned_);
+        lastOutcome_.failureText = transfer.error->localizedDescription();
     } else if (isContentLengthError_) {
         lastOutcome_.failure = FetchOutcome::Failure::TooLarge;
     } else if (isContentTypeError_) {
         lastOutcome_.failure = FetchOutcome::Failure::WrongType;
     }
-
-    if (invalid)
-        return QByteArray();
-    return data;
 }
 
 qint64 SynchronizedWebCall::retryAfterSeconds(const QString& value, const QDateTime& now)

@@ -18,8 +18,9 @@ class RequestPacer;
 // when the answer is usable, and that leaves on the object the classification of that last
 // answer.
 //
-// One instance per crawl, used from one thread at a time (it is not shared). Each call
-// blocks its thread while a worker thread runs the transfer.
+// An instance is used from one thread at a time (it is not shared): the crawl has its own,
+// and each thread that fetches ahead for it has another. Each call blocks its thread while a
+// worker thread runs the transfer.
 //
 // After getURL(), whatever it answered, read:
 //   isRedirect()           at least one redirect was followed
@@ -153,7 +154,16 @@ public:
     static std::optional<QUrl> URLFromString(const QString& string);
 
 private:
+    struct Transfer;
+
     URLRequest requestWithURL(const QUrl& url, const QString& method) const;
+    void startCall(const QString& urlString);
+    void refuseOtherOrigin();
+    void fetchWithRetries(const URLRequest& request, const std::optional<QStringList>& filteredMimeType,
+                          Transfer& transfer);
+    static void stopDuringWait(Transfer& transfer);
+    void recordAnswer(const Transfer& transfer);
+    void recordOutcome(const Transfer& transfer);
 
     bool isRedirect_ = false;
     bool isContentTypeError_ = false;

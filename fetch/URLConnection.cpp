@@ -326,40 +326,62 @@ void URLConnection::fail(const FetchErrorPtr& error)
 
 void URLConnection::performExchange()
 {
-    if (auto error = errorForUnfetchableURL(currentRequest_.URL())) {
+    if (auto error = errorBeforeExchange()) {
         fail(error);
         return;
     }
-    if (isAbandoned()) {
-        fail(abandonedError());
+    if (!takeTransferHandles()) {
+        fail(FetchError::errorWithCode(FetchError::Unknown, QStringLiteral("cannot create a transfer")));
         return;
     }
-    if (transferDeadlineNs_ != 0 && Exchange::Clock::now().time_since_epoch().count() > transferDeadlineNs_) {
-        fail(FetchError::errorWithCode(FetchError::TimedOut, QStringLiteral("the transfer took too long")));
-        return;
-    }
-
-    if (!easy_ && !TransferHandlePool::shared().take(&easy_, &multi_)) {
-        easy_ = curl_easy_init();
-        multi_ = curl_multi_init();
-        if (!easy_ || !multi_) {
-            fail(FetchError::errorWithCode(FetchError::Unknown, QStringLiteral("cannot create a transfer")));
-            return;
-        }
-    }
-    CURL* easy = static_cast<CURL*>(easy_);
     exchange_ = std::make_unique<Exchange>();
 
     const QByteArray url = currentRequest_.URL().adjusted(QUrl::RemoveFragment).toEncoded();
     const QByteArray agent = userAgent();
-    const QString method = currentRequest_.HTTPMethod().toUpper();
-    const QByteArray methodBytes = method.toLatin1();
-
+    const QByteArray method = currentRequest_.HTTPMethod().toUpper().toLatin1();
     curl_slist* headerList = nullptr;
     const auto fields = currentRequest_.allHTTPHeaderFields();
     for (auto it = fields.cbegin(); it != fields.cend(); ++it)
         headerList = curl_slist_append(headerList, (it.key() + QStringLiteral(": ") + it.value()).toUtf8().constData());
 
+    // libcurl keeps pointers to these strings until the transfer ends: they live here.
+    configureTransfer(url, agent, method, headerList);
+    const int code = runTransfer();
+    CURL* easy = static_cast<CURL*>(easy_);
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, nullptr);
+    curl_slist_free_all(headerList);
+
+    endExchange(code, url);
+}
+
+// What stops an exchange before anything is sent: a URL that must not be fetched, a
+// cleared can-continue flag, or the bound on the whole transfer already reached.
+FetchErrorPtr URLConnection::errorBeforeExchange() const
+{
+    if (auto error = errorForUnfetchableURL(currentRequest_.URL()))
+        return error;
+    if (isAbandoned())
+        return abandonedError();
+    if (transferDeadlineNs_ != 0 && Exchange::Clock::now().time_since_epoch().count() > transferDeadlineNs_)
+        return FetchError::errorWithCode(FetchError::TimedOut, QStringLiteral("the transfer took too long"));
+    return nullptr;
+}
+
+// The handles of an earlier hop, else a kept pair, else new ones; false when none can be made.
+bool URLConnection::takeTransferHandles()
+{
+    if (easy_ || TransferHandlePool::shared().take(&easy_, &multi_))
+        return true;
+    easy_ = curl_easy_init();
+    multi_ = curl_multi_init();
+    return easy_ && multi_;
+}
+
+void URLConnection::configureTransfer(const QByteArray& url, const QByteArray& agent, const QByteArray& method,
+                                      curl_slist* headerList)
+{
+    CURL* easy = static_cast<CURL*>(easy_);
     curl_easy_setopt(easy, CURLOPT_URL, url.constData());
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
@@ -377,12 +399,12 @@ void URLConnection::performExchange()
     curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
     curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
 
-    if (method == QLatin1String("HEAD")) {
+    if (method == "HEAD") {
         curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, nullptr);
         curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
     } else {
         curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
-        curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, method == QLatin1String("GET") ? nullptr : methodBytes.constData());
+        curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, method == "GET" ? nullptr : method.constData());
     }
 
     // The time-out is one of inactivity, as in the platform's URL loading: it bounds the
@@ -394,12 +416,13 @@ void URLConnection::performExchange()
     exchange_->idleLimit = std::chrono::milliseconds(timeoutMs);
     exchange_->deadlineNs = transferDeadlineNs_;
     exchange_->noteActivity();
+}
 
-    const CURLcode code = CURLcode(runTransfer());
-    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
-    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, nullptr);
-    curl_slist_free_all(headerList);
-
+// Classifies how the exchange ended: cancelled, abandoned, redirected (the next runOnce()
+// sends the new request), stopped on purpose, timed out, failed in libcurl, or finished.
+void URLConnection::endExchange(int transferCode, const QByteArray& url)
+{
+    const CURLcode code = CURLcode(transferCode);
     if (cancelled_) {
         state_ = State::Ended;
         return;
@@ -428,22 +451,29 @@ void URLConnection::performExchange()
         fail(errorForCurlCode(code, exchange_->curlError));
         return;
     }
-    if (!exchange_->responseDelivered) {
-        // Every body-less response still ends its header block; this is a guard for a server
-        // that closed the connection inside its headers.
-        if (!exchange_->parser.hasStatusLine()) {
-            fail(FetchError::errorWithCode(FetchError::CannotParseResponse, QStringLiteral("no HTTP response")));
-            return;
-        }
-        deliverResponse(std::make_shared<const HTTPURLResponse>(currentRequest_.URL(), exchange_->parser.statusCode(),
-                                                                exchange_->parser.headerFields()));
-        if (cancelled_) {
-            state_ = State::Ended;
-            return;
-        }
-    }
+    if (!exchange_->responseDelivered && !deliverBodilessResponse())
+        return;
     state_ = State::Ended;
     delegate_->connectionDidFinishLoading(*this);
+}
+
+// A response whose header block ended without body bytes is delivered here; false when the
+// exchange has ended instead (no status line, or the delegate cancelled).
+bool URLConnection::deliverBodilessResponse()
+{
+    // Every body-less response still ends its header block; this is a guard for a server
+    // that closed the connection inside its headers.
+    if (!exchange_->parser.hasStatusLine()) {
+        fail(FetchError::errorWithCode(FetchError::CannotParseResponse, QStringLiteral("no HTTP response")));
+        return false;
+    }
+    deliverResponse(std::make_shared<const HTTPURLResponse>(currentRequest_.URL(), exchange_->parser.statusCode(),
+                                                            exchange_->parser.headerFields()));
+    if (cancelled_) {
+        state_ = State::Ended;
+        return false;
+    }
+    return true;
 }
 
 // curl_easy_perform's loop, with a wait short enough that a flag cleared by another thread

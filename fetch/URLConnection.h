@@ -10,6 +10,8 @@
 #include <memory>
 #include <optional>
 
+struct curl_slist;
+
 // One HTTP transfer on libcurl, reported to a delegate as a sequence of events.
 //
 // The connection runs on the thread that calls runOnce(); every delegate event is delivered
@@ -84,7 +86,13 @@ private:
     URLConnection(const URLRequest& request, URLConnectionDelegate* delegate);
 
     void performExchange();
+    FetchErrorPtr errorBeforeExchange() const;
+    bool takeTransferHandles();
+    void configureTransfer(const QByteArray& url, const QByteArray& agent, const QByteArray& method,
+                           curl_slist* headerList);
     int runTransfer();
+    void endExchange(int transferCode, const QByteArray& url);
+    bool deliverBodilessResponse();
     size_t handleHeaderLine(const char* data, size_t size);
     size_t handleBody(const char* data, size_t size);
     bool handleRedirect(const HTTPURLResponsePtr& response);

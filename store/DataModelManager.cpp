@@ -103,11 +103,6 @@ void DataModelManager::setReadOnly(bool readOnly)
     g_readOnly = readOnly;
 }
 
-bool DataModelManager::isReadOnly()
-{
-    return g_readOnly;
-}
-
 QString DataModelManager::applicationIdentifier()
 {
     return QStringLiteral("org.quillmere.Quillmere");

@@ -25,7 +25,6 @@ public:
     // (no folder, no "Logs", no registry file: a missing registry reads as an empty one) and
     // the registry is opened read-only. Set before the manager is made.
     static void setReadOnly(bool readOnly);
-    static bool isReadOnly();
     static QString applicationIdentifier();
     QString applicationFilesDirectory() const;
     // The registry store: "Quillmere.storedata" in the application files directory.

@@ -50,15 +50,6 @@ QString DisplayText::maskUserInfo(const QString& text)
     return masked;
 }
 
-QString DisplayText::withoutUserInfo(const QString& url)
-{
-    if (!url.contains(QLatin1Char('@')))
-        return url;
-    QString bare = url;
-    bare.replace(userInfoPattern(), QStringLiteral("\\1"));
-    return bare;
-}
-
 QVariant DisplayText::maskUserInfo(const QVariant& value)
 {
     switch (value.typeId()) {

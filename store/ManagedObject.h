@@ -18,8 +18,6 @@ public:
     ManagedObjectContext* managedObjectContext() const { return context_; }
     qint64 objectID() const { return objectID_; }
     bool isInserted() const { return inserted_; }
-    bool isDeleted() const { return deleted_; }
-    bool isUpdated() const { return !inserted_ && !deleted_ && context_ && values_ != committed_; }
 
 protected:
     ManagedObject() = default;
