@@ -176,8 +176,16 @@ PersistentStoreCoordinator* DataModelManager::persistentStoreCoordinator()
 
     auto coordinator = std::make_unique<PersistentStoreCoordinator>(model);
     AppError error;
-    const bool added = g_readOnly ? coordinator->addReadOnlySQLiteStoreAtPath(storeFilePath(), &error)
-                                  : coordinator->addSQLiteStoreAtPath(storeFilePath(), &error);
+    bool added = g_readOnly ? coordinator->addReadOnlySQLiteStoreAtPath(storeFilePath(), &error)
+                            : coordinator->addSQLiteStoreAtPath(storeFilePath(), &error);
+    if (!added && g_readOnly && (error.code & 0xff) == SQLITE_READONLY) {
+        // A save cut short (a process killed while it saved) left a journal that only a
+        // writer can roll back: the registry is put back as it was before that save, as any
+        // program that writes it would, and then read.
+        coordinator = std::make_unique<PersistentStoreCoordinator>(model);
+        error = AppError();
+        added = coordinator->addSQLiteStoreAtPath(storeFilePath(), &error);
+    }
     if (!added) {
         appDelegate_->presentError(error);
         return nullptr;

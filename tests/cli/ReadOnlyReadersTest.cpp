@@ -15,6 +15,7 @@
 #include <sqlite3.h>
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -317,4 +318,33 @@ TEST_F(ReadOnlyReaders, ARegistryOfAnEarlierBuildIsReadWithoutBeingAltered)
     EXPECT_EQ(filesOf(dir.path()), before);
     EXPECT_EQ(oneText(store, "select count(*) from pragma_table_info('Project') where name='explore_sitewides'"),
               QStringLiteral("0"));
+}
+
+// A registry whose save was cut short by a kill keeps a journal that only a writer can roll
+// back: the commands that read put it back as it was before that save and go on.
+TEST_F(ReadOnlyReaders, ARegistrySaveCutShortIsRolledBackAndRead)
+{
+    const QString store = dir.path() + "/Quillmere.storedata";
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        // A save that spills into the file before it commits, then dies.
+        sqlite3* db = nullptr;
+        if (sqlite3_open(QFile::encodeName(store).constData(), &db) != SQLITE_OK)
+            ::_exit(2);
+        sqlite3_exec(db, "PRAGMA cache_size=1; begin; update Project set url='http://changed.example';"
+                         "create table Filler(x); insert into Filler select randomblob(4096) from "
+                         "(with recursive n(i) as (select 1 union all select i+1 from n where i<200) select i from n)",
+                     nullptr, nullptr, nullptr);
+        ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(QFileInfo::exists(store + "-journal"));
+
+    const CliResult projects = run({"projects"});
+    EXPECT_EQ(projects.exitCode, 0) << projects.err.toStdString();
+    EXPECT_TRUE(projects.out.contains(base)) << projects.out.toStdString();
+    EXPECT_FALSE(projects.out.contains("changed.example")) << projects.out.toStdString();
+    readAll("after a registry save cut short");
 }
