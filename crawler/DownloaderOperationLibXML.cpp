@@ -3,7 +3,6 @@
 #include "crawler/CrawlTransaction.h"
 #include "crawler/FetchAhead.h"
 #include "crawler/MainThread.h"
-#include "crawler/RecordMetaTypes.h"
 #include "fetch/RequestPacer.h"
 #include "fetch/SynchronizedWebCall.h"
 #include "fetch/URLConnection.h"
@@ -25,17 +24,6 @@
 #include <QUrl>
 
 namespace {
-const QString kUrl = QStringLiteral("url");
-const QString kDepth = QStringLiteral("depth");
-const QString kPath = QStringLiteral("path");
-const QString kPage = QStringLiteral("page");
-const QString kTitle = QStringLiteral("title");
-const QString kName = QStringLiteral("name");
-const QString kAnchor = QStringLiteral("anchor");
-const QString kPageTo = QStringLiteral("pageTo");
-const QString kQuillmerePage = QStringLiteral("quillmerePage");
-const QString kBRet = QStringLiteral("bRet");
-
 // Strict UTF-8: a file with invalid sequences gives no text at all.
 QString decodeUtf8OrNull(const QByteArray& data)
 {
@@ -72,7 +60,7 @@ DownloaderOperationLibXML::DownloaderOperationLibXML(std::shared_ptr<Project> pr
     // A stop abandons the transfer in hand instead of waiting for a stalled server.
     syncWebCall_->setCanContinueFlag(&canContinue_);
     syncWebCall_->setRequestPacer(pacer_.get());
-    direct_ = downloaderDelegate_ && downloaderDelegate_->takesCallsOnCrawlerThread();
+    relay_ = DelegateRelay(downloaderDelegate_ && downloaderDelegate_->takesCallsOnCrawlerThread());
     if (project_)
         projectOrigin_ = SynchronizedWebCall::URLFromString(project_->url()).value_or(QUrl());
 }
@@ -543,120 +531,80 @@ void DownloaderOperationLibXML::logAnomaly(const QString& entry)
 
 void DownloaderOperationLibXML::downloaderDidStart()
 {
-    MainThread::performAndWait([this] { mainThreadDownloaderDidStart(); });
+    MainThread::performAndWaitFor([this] { mainThreadDownloaderDidStart(); });
 }
 
 void DownloaderOperationLibXML::downloaderDidEnd()
 {
-    MainThread::performAndWait([this] { mainThreadDownloaderDidEnd(); });
+    MainThread::performAndWaitFor([this] { mainThreadDownloaderDidEnd(); });
 }
 
 void DownloaderOperationLibXML::downloaderEndWithError(const QString& error)
 {
-    QVariantMap d{{QStringLiteral("error"), error}};
-    MainThread::performAndWait([&] { mainThreadDownloaderEndWithErrorAndDictionnary(d); });
+    MainThread::performAndWaitFor([&] { mainThreadDownloaderEndWithErrorAndDictionnary(error); });
 }
 
 void DownloaderOperationLibXML::downloadPageDidStartWithURL(const QString& url, qint32 depth)
 {
-    if (direct_)
-        return downloaderDelegate_->downloadPageDidStartWithURL(url, depth);
-    QVariantMap d{{kUrl, url}, {kDepth, depth}};
-    MainThread::performAndWait([&] { mainThreadDownloadPageDidStartWithDictionnary(d); });
+    relay_([&] { mainThreadDownloadPageDidStartWithDictionnary(url, depth); });
 }
 
 void DownloaderOperationLibXML::downloadPageDidEndWithURL(const QString& url, qint32 depth)
 {
-    if (direct_)
-        return downloaderDelegate_->downloadPageDidEndWithURL(url, depth);
-    QVariantMap d{{kUrl, url}, {kDepth, depth}};
-    MainThread::performAndWait([&] { mainThreadDownloadPageDidEndWithDictionnary(d); });
+    relay_([&] { mainThreadDownloadPageDidEndWithDictionnary(url, depth); });
 }
 
 QuillmerePagePtr DownloaderOperationLibXML::foundPageWithPath(const QString& path, const QString& name,
                                                               const QString& title, const QString& url, qint32 depth)
 {
-    if (direct_)
-        return downloaderDelegate_->foundPageWithPath(path, name, title, url, depth);
-    QVariantMap d{{kPath, path}, {kPage, name}, {kTitle, title}, {kUrl, url}, {kDepth, depth}};
-    MainThread::performAndWait([&] { mainThreadFoundPageWithMutableDictionnary(d); });
-    return pageFromVariant(d.value(kQuillmerePage));
+    return relay_([&] { return mainThreadFoundPageWithMutableDictionnary(path, name, title, url, depth); });
 }
 
 void DownloaderOperationLibXML::updatePage(const QuillmerePagePtr& page, const QString& title)
 {
-    if (direct_)
-        return downloaderDelegate_->updatePage(page, title);
-    QVariantMap d{{kPage, pageVariant(page)}, {kTitle, title}};
-    MainThread::performAndWait([&] { mainThreadUpdatePageWithDictionnary(d); });
+    relay_([&] { mainThreadUpdatePageWithDictionnary(page, title); });
 }
 
 bool DownloaderOperationLibXML::foundLinkWithPath(const QString& path, const QString& name, const QString& anchor,
                                                   const QString& url, qint32 depth, const QuillmerePagePtr& page)
 {
-    if (direct_)
-        return downloaderDelegate_->foundLinkWithPath(path, name, anchor, url, depth, page);
-    QVariantMap d{{kPath, path}, {kName, name}, {kAnchor, anchor}, {kUrl, url}, {kDepth, depth}, {kPage, pageVariant(page)}};
-    MainThread::performAndWait([&] { mainThreadFoundLinkNameWithMutableDictionnary(d); });
-    return d.value(kBRet).toBool();
+    return relay_([&] { return mainThreadFoundLinkNameWithMutableDictionnary(path, name, anchor, url, depth, page); });
 }
 
 bool DownloaderOperationLibXML::foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor,
                                                   const QuillmerePagePtr& page)
 {
-    if (direct_)
-        return downloaderDelegate_->foundLinkWithPage(pageTo, anchor, page);
-    QVariantMap d{{kPageTo, pageVariant(pageTo)}, {kAnchor, anchor}, {kPage, pageVariant(page)}};
-    MainThread::performAndWait([&] { mainThreadFoundLinkPageWithMutableDictionnary(d); });
-    return d.value(kBRet).toBool();
+    return relay_([&] { return mainThreadFoundLinkPageWithMutableDictionnary(pageTo, anchor, page); });
 }
 
 QuillmerePagePtr DownloaderOperationLibXML::getPageFromURL(const QString& url)
 {
-    if (direct_)
-        return downloaderDelegate_->getPageFromURL(url);
-    QVariantMap d{{kUrl, url}};
-    MainThread::performAndWait([&] { mainThreadGetPageFromURLWithMutableDictionnary(d); });
-    return pageFromVariant(d.value(kQuillmerePage));
+    return relay_([&] { return mainThreadGetPageFromURLWithMutableDictionnary(url); });
 }
 
 void DownloaderOperationLibXML::initLinkProgressWithMaxValue(qint32 linkCountMax)
 {
-    if (direct_)
-        return downloaderDelegate_->initLinkProgressWithMaxValue(linkCountMax);
-    QVariantMap d{{QStringLiteral("linkCountMax"), linkCountMax}};
-    MainThread::performAndWait([&] { mainThreadInitLinkProgressWithMutableDictionnary(d); });
+    relay_([&] { mainThreadInitLinkProgressWithMutableDictionnary(linkCountMax); });
 }
 
 void DownloaderOperationLibXML::setLinkProgressWithValue(qint32 value, qint32 maxValue)
 {
-    if (direct_)
-        return downloaderDelegate_->setLinkProgressWithValue(value, maxValue);
-    QVariantMap d{{QStringLiteral("value"), value}, {QStringLiteral("maxValue"), maxValue}};
-    MainThread::performAndWait([&] { mainThreadSetLinkProgressWithMutableDictionnary(d); });
+    relay_([&] { mainThreadSetLinkProgressWithMutableDictionnary(value, maxValue); });
 }
 
 void DownloaderOperationLibXML::setWaitingQueueCount(qint32 waitingCount, qint32 doneCount)
 {
-    if (direct_)
-        return downloaderDelegate_->setWaitingQueueCount(waitingCount, doneCount);
-    QVariantMap d{{QStringLiteral("waitingCount"), waitingCount}, {QStringLiteral("doneCount"), doneCount}};
-    MainThread::performAndWait([&] { mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(d); });
+    relay_([&] { mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(waitingCount, doneCount); });
 }
 
 void DownloaderOperationLibXML::downloadPageWasAbandonedWithURL(const QString& url, qint32 depth)
 {
-    if (direct_)
-        return downloaderDelegate_->downloadPageWasAbandonedWithURL(url, depth);
-    QVariantMap d{{kUrl, url}, {kDepth, depth}};
-    MainThread::performAndWait([&] { mainThreadDownloadPageWasAbandonedWithDictionnary(d); });
+    relay_([&] { mainThreadDownloadPageWasAbandonedWithDictionnary(url, depth); });
 }
 
 void DownloaderOperationLibXML::crawlDidCommit()
 {
-    if (direct_)
-        return downloaderDelegate_->crawlDidCommit();
-    MainThread::performAndWait([this] { mainThreadCrawlDidCommit(); });
+    relay_([this] { mainThreadCrawlDidCommit(); });
 }
 
 void DownloaderOperationLibXML::mainThreadCrawlDidCommit()
@@ -674,74 +622,70 @@ void DownloaderOperationLibXML::mainThreadDownloaderDidEnd()
     downloaderDelegate_->downloaderDidEnd();
 }
 
-void DownloaderOperationLibXML::mainThreadDownloaderEndWithErrorAndDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadDownloaderEndWithErrorAndDictionnary(const QString& error)
 {
-    downloaderDelegate_->downloaderEndWithError(d.value(QStringLiteral("error")).toString());
+    downloaderDelegate_->downloaderEndWithError(error);
 }
 
-void DownloaderOperationLibXML::mainThreadDownloadPageDidStartWithDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadDownloadPageDidStartWithDictionnary(const QString& url, qint32 depth)
 {
-    downloaderDelegate_->downloadPageDidStartWithURL(d.value(kUrl).toString(), d.value(kDepth).toInt());
+    downloaderDelegate_->downloadPageDidStartWithURL(url, depth);
 }
 
-void DownloaderOperationLibXML::mainThreadDownloadPageDidEndWithDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadDownloadPageDidEndWithDictionnary(const QString& url, qint32 depth)
 {
-    downloaderDelegate_->downloadPageDidEndWithURL(d.value(kUrl).toString(), d.value(kDepth).toInt());
+    downloaderDelegate_->downloadPageDidEndWithURL(url, depth);
 }
 
-void DownloaderOperationLibXML::mainThreadFoundPageWithMutableDictionnary(QVariantMap& d)
+QuillmerePagePtr DownloaderOperationLibXML::mainThreadFoundPageWithMutableDictionnary(const QString& path,
+                                                                                    const QString& name,
+                                                                                    const QString& title,
+                                                                                    const QString& url, qint32 depth)
 {
-    QuillmerePagePtr page = downloaderDelegate_->foundPageWithPath(d.value(kPath).toString(), d.value(kPage).toString(),
-                                                                   d.value(kTitle).toString(), d.value(kUrl).toString(),
-                                                                   d.value(kDepth).toInt());
-    if (page)
-        d.insert(kQuillmerePage, pageVariant(page));
+    return downloaderDelegate_->foundPageWithPath(path, name, title, url, depth);
 }
 
-void DownloaderOperationLibXML::mainThreadUpdatePageWithDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadUpdatePageWithDictionnary(const QuillmerePagePtr& page, const QString& title)
 {
-    downloaderDelegate_->updatePage(pageFromVariant(d.value(kPage)), d.value(kTitle).toString());
+    downloaderDelegate_->updatePage(page, title);
 }
 
-void DownloaderOperationLibXML::mainThreadFoundLinkNameWithMutableDictionnary(QVariantMap& d)
+bool DownloaderOperationLibXML::mainThreadFoundLinkNameWithMutableDictionnary(const QString& path, const QString& name,
+                                                                              const QString& anchor, const QString& url,
+                                                                              qint32 depth, const QuillmerePagePtr& page)
 {
-    const bool made = downloaderDelegate_->foundLinkWithPath(d.value(kPath).toString(), d.value(kName).toString(),
-                                                             d.value(kAnchor).toString(), d.value(kUrl).toString(),
-                                                             d.value(kDepth).toInt(), pageFromVariant(d.value(kPage)));
-    d.insert(kBRet, made);
+    return downloaderDelegate_->foundLinkWithPath(path, name, anchor, url, depth, page);
 }
 
-void DownloaderOperationLibXML::mainThreadFoundLinkPageWithMutableDictionnary(QVariantMap& d)
+bool DownloaderOperationLibXML::mainThreadFoundLinkPageWithMutableDictionnary(const QuillmerePagePtr& pageTo,
+                                                                              const QString& anchor,
+                                                                              const QuillmerePagePtr& page)
 {
-    const bool made = downloaderDelegate_->foundLinkWithPage(pageFromVariant(d.value(kPageTo)),
-                                                             d.value(kAnchor).toString(), pageFromVariant(d.value(kPage)));
-    d.insert(kBRet, made);
+    return downloaderDelegate_->foundLinkWithPage(pageTo, anchor, page);
 }
 
-void DownloaderOperationLibXML::mainThreadGetPageFromURLWithMutableDictionnary(QVariantMap& d)
+QuillmerePagePtr DownloaderOperationLibXML::mainThreadGetPageFromURLWithMutableDictionnary(const QString& url)
 {
-    if (QuillmerePagePtr page = downloaderDelegate_->getPageFromURL(d.value(kUrl).toString()))
-        d.insert(kQuillmerePage, pageVariant(page));
+    return downloaderDelegate_->getPageFromURL(url);
 }
 
-void DownloaderOperationLibXML::mainThreadInitLinkProgressWithMutableDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadInitLinkProgressWithMutableDictionnary(qint32 linkCountMax)
 {
-    downloaderDelegate_->initLinkProgressWithMaxValue(d.value(QStringLiteral("linkCountMax")).toInt());
+    downloaderDelegate_->initLinkProgressWithMaxValue(linkCountMax);
 }
 
-void DownloaderOperationLibXML::mainThreadSetLinkProgressWithMutableDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadSetLinkProgressWithMutableDictionnary(qint32 value, qint32 maxValue)
 {
-    downloaderDelegate_->setLinkProgressWithValue(d.value(QStringLiteral("value")).toInt(),
-                                                  d.value(QStringLiteral("maxValue")).toInt());
+    downloaderDelegate_->setLinkProgressWithValue(value, maxValue);
 }
 
-void DownloaderOperationLibXML::mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(qint32 waitingCount,
+                                                                                          qint32 doneCount)
 {
-    downloaderDelegate_->setWaitingQueueCount(d.value(QStringLiteral("waitingCount")).toInt(),
-                                              d.value(QStringLiteral("doneCount")).toInt());
+    downloaderDelegate_->setWaitingQueueCount(waitingCount, doneCount);
 }
 
-void DownloaderOperationLibXML::mainThreadDownloadPageWasAbandonedWithDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadDownloadPageWasAbandonedWithDictionnary(const QString& url, qint32 depth)
 {
-    downloaderDelegate_->downloadPageWasAbandonedWithURL(d.value(kUrl).toString(), d.value(kDepth).toInt());
+    downloaderDelegate_->downloadPageWasAbandonedWithURL(url, depth);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "crawler/DelegateRelay.h"
 #include "crawler/DownloaderDelegate.h"
 #include "crawler/Operation.h"
 #include "crawler/StartPageStop.h"
@@ -9,7 +10,6 @@
 #include <QSet>
 #include <QStringList>
 #include <QUrl>
-#include <QVariantMap>
 
 #include <atomic>
 #include <chrono>
@@ -85,7 +85,7 @@ public:
     void downloadFromWaitingQueue();
     void downloadAndPerformURL(const QString& url, const QString& path, const QString& documentName, qint32 depth);
 
-    // Relays: same calls as the delegate's, performed on the main thread while this waits.
+    // Relays: same calls as the delegate's, performed through relay_ while this waits.
     void downloaderDidStart();
     void downloaderDidEnd();
     void downloaderEndWithError(const QString& error);
@@ -104,21 +104,24 @@ public:
     void downloadPageWasAbandonedWithURL(const QString& url, qint32 depth);
     void crawlDidCommit();
 
-    // The main-thread halves: unpack the dictionary, call the delegate, store any result back.
+    // The halves that call the delegate, run where relay_ says: same arguments, same answer.
     void mainThreadDownloaderDidStart();
     void mainThreadDownloaderDidEnd();
-    void mainThreadDownloaderEndWithErrorAndDictionnary(QVariantMap& dictionary);
-    void mainThreadDownloadPageDidStartWithDictionnary(QVariantMap& dictionary);
-    void mainThreadDownloadPageDidEndWithDictionnary(QVariantMap& dictionary);
-    void mainThreadFoundPageWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadUpdatePageWithDictionnary(QVariantMap& dictionary);
-    void mainThreadFoundLinkNameWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadFoundLinkPageWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadGetPageFromURLWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadInitLinkProgressWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadSetLinkProgressWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadDownloadPageWasAbandonedWithDictionnary(QVariantMap& dictionary);
+    void mainThreadDownloaderEndWithErrorAndDictionnary(const QString& error);
+    void mainThreadDownloadPageDidStartWithDictionnary(const QString& url, qint32 depth);
+    void mainThreadDownloadPageDidEndWithDictionnary(const QString& url, qint32 depth);
+    QuillmerePagePtr mainThreadFoundPageWithMutableDictionnary(const QString& path, const QString& name,
+                                                               const QString& title, const QString& url, qint32 depth);
+    void mainThreadUpdatePageWithDictionnary(const QuillmerePagePtr& page, const QString& title);
+    bool mainThreadFoundLinkNameWithMutableDictionnary(const QString& path, const QString& name, const QString& anchor,
+                                                       const QString& url, qint32 depth, const QuillmerePagePtr& page);
+    bool mainThreadFoundLinkPageWithMutableDictionnary(const QuillmerePagePtr& pageTo, const QString& anchor,
+                                                       const QuillmerePagePtr& page);
+    QuillmerePagePtr mainThreadGetPageFromURLWithMutableDictionnary(const QString& url);
+    void mainThreadInitLinkProgressWithMutableDictionnary(qint32 linkCountMax);
+    void mainThreadSetLinkProgressWithMutableDictionnary(qint32 value, qint32 maxValue);
+    void mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(qint32 waitingCount, qint32 doneCount);
+    void mainThreadDownloadPageWasAbandonedWithDictionnary(const QString& url, qint32 depth);
     void mainThreadCrawlDidCommit();
 
     // A redirect target already queued this many times is not queued again: the site
@@ -155,8 +158,9 @@ private:
     QSet<QString> redirectTargets_;
     // Set when the page in hand was left unanalysed because the crawl is stopping.
     bool pageAbandoned_ = false;
-    // The delegate takes its calls on this thread (it shows no window).
-    bool direct_ = false;
+    // Runs the delegate's per-page calls: on the main thread, or on this thread for a
+    // delegate that shows no window. The start and end calls always go to the main thread.
+    DelegateRelay relay_;
     int parallelFetches_ = kDefaultParallelFetches;
     std::unique_ptr<RequestPacer> pacer_;
     std::unique_ptr<FetchAhead> fetchAhead_;
