@@ -46,6 +46,50 @@ QString attribute(const HTMLNodePtr& node, const QString& name)
 {
     return node ? node->getAttributeNamed(name) : QString();
 }
+
+QString titleOf(const HTMLNodePtr& head)
+{
+    QString title;
+    if (HTMLNodePtr titleNode = firstChildTag(head, QStringLiteral("title")))
+        title = stringByTrim(titleNode->contents());
+    if (title.isEmpty())
+        title = QStringLiteral("No Title");
+    return title;
+}
+
+struct RobotsDirectives {
+    bool noIndex = false;
+    bool noFollow = false;
+};
+
+RobotsDirectives robotsDirectivesOf(const HTMLNodePtr& head)
+{
+    RobotsDirectives directives;
+    for (const auto& meta : childTags(head, QStringLiteral("meta"))) {
+        if (!isEqualCaseInsensitive(attribute(meta, QStringLiteral("name")), QStringLiteral("robots")))
+            continue;
+        const QString content = attribute(meta, QStringLiteral("content"));
+        if (content.contains(QStringLiteral("noindex"), Qt::CaseInsensitive))
+            directives.noIndex = true;
+        if (content.contains(QStringLiteral("nofollow"), Qt::CaseInsensitive))
+            directives.noFollow = true;
+    }
+    return directives;
+}
+
+// The last canonical link of the head, null when there is none or when it names the page
+// itself.
+QString canonicalOf(const HTMLNodePtr& head, const QString& url)
+{
+    QString canonical;
+    for (const auto& link : childTags(head, QStringLiteral("link"))) {
+        if (!isEqualCaseInsensitive(attribute(link, QStringLiteral("rel")), QStringLiteral("canonical")))
+            continue;
+        const QString href = attribute(link, QStringLiteral("href"));
+        canonical = (!href.isNull() && canonicalComparisonForm(href) == canonicalComparisonForm(url)) ? QString() : href;
+    }
+    return canonical;
+}
 } // namespace
 
 DownloaderOperationLibXML::DownloaderOperationLibXML(std::shared_ptr<Project> project,
@@ -171,66 +215,12 @@ void DownloaderOperationLibXML::downloadFromWaitingQueue()
     QList<QuillmereDownloaderQueuePtr> batch = QuillmereDownloaderQueue::getAllWaitingDownloaderQueueForProject(project_);
     if (!canContinue())
         return;
-    // The records of many entries go in one transaction: one commit for up to
-    // kEntriesPerCommit pages fetched ahead instead of one for each. Each entry's writes and
-    // its done mark stay in the same transaction, so a crash or a failed write leaves whole
-    // entries, and those not committed stay waiting for the next run.
-    std::unique_ptr<CrawlTransaction> group;
-    int entriesInGroup = 0;
-    QElapsedTimer groupAge;
-    auto commitGroup = [&] {
-        if (!group)
-            return;
-        const bool committed = group->commit();
-        if (!committed) {
-            databaseError_ = group->errorMessage();
-            setCanContinue(false);
-        }
-        group.reset();
-        entriesInGroup = 0;
-        if (committed)
-            crawlDidCommit();
-    };
     for (;;) {
         if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected() || batch.isEmpty())
             break;
         reportQueueCounts(true);
-        if (canContinue()) {
-            for (qsizetype i = 0; i < batch.size(); ++i) {
-                const auto& entry = batch[i];
-                if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected())
-                    break;
-                if (fetchAhead_)
-                    fetchAheadFrom(batch, i);
-                // A page whose answer keeps the walk waiting is the time to write: the pages
-                // done so far are not left uncommitted behind a slow or hanging one. A short
-                // wait, as when the analysis catches up with the fetches, is not worth a commit.
-                if (group && entriesInGroup > 0
-                    && !(fetchAhead_ && fetchAhead_->waitForAnswer(entry->url(), kWaitBeforeCommit, canContinue_)))
-                    commitGroup();
-                if (!canContinue())
-                    break;
-                if (!group) {
-                    group = std::make_unique<CrawlTransaction>(project_->sqlite3Database());
-                    groupAge.start();
-                }
-                pageAbandoned_ = false;
-                downloadAndPerformURL(entry->url(), entry->path(), entry->documentName(), qint32(entry->depth()));
-                // A page given up because the crawl is stopping waits for the next run.
-                if (!pageAbandoned_) {
-                    entry->updatePerformDoneWithBooleanValue(true);
-                    --waitingCount_;
-                    ++doneCount_;
-                }
-                ++entriesInGroup;
-                if (group->hasFailed() || entriesInGroup >= kEntriesPerCommit
-                    || groupAge.elapsed() >= kMillisecondsPerCommit || !canContinue())
-                    commitGroup();
-                reportQueueCounts(false);
-                if (!canContinue())
-                    break;
-            }
-        }
+        if (canContinue())
+            walkBatch(batch);
         // What was fetched ahead of this batch is not needed: the next one is read afresh.
         if (fetchAhead_)
             fetchAhead_->dropAll();
@@ -242,6 +232,62 @@ void DownloaderOperationLibXML::downloadFromWaitingQueue()
     if (fetchAhead_)
         fetchAhead_->dropAll();
     commitGroup();
+}
+
+// Treats the batch's entries in queue order until a limit is reached or the crawl stops,
+// committing their records group by group.
+void DownloaderOperationLibXML::walkBatch(const QList<QuillmereDownloaderQueuePtr>& batch)
+{
+    for (qsizetype i = 0; i < batch.size(); ++i) {
+        const auto& entry = batch[i];
+        if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected())
+            break;
+        if (fetchAhead_)
+            fetchAheadFrom(batch, i);
+        // A page whose answer keeps the walk waiting is the time to write: the pages done so
+        // far are not left uncommitted behind a slow or hanging one. A short wait, as when
+        // the analysis catches up with the fetches, is not worth a commit.
+        if (group_ && entriesInGroup_ > 0
+            && !(fetchAhead_ && fetchAhead_->waitForAnswer(entry->url(), kWaitBeforeCommit, canContinue_)))
+            commitGroup();
+        if (!canContinue())
+            break;
+        if (!group_) {
+            group_ = std::make_unique<CrawlTransaction>(project_->sqlite3Database());
+            groupAge_.start();
+        }
+        pageAbandoned_ = false;
+        downloadAndPerformURL(entry->url(), entry->path(), entry->documentName(), qint32(entry->depth()));
+        // A page given up because the crawl is stopping waits for the next run.
+        if (!pageAbandoned_) {
+            entry->updatePerformDoneWithBooleanValue(true);
+            --waitingCount_;
+            ++doneCount_;
+        }
+        ++entriesInGroup_;
+        if (group_->hasFailed() || entriesInGroup_ >= kEntriesPerCommit || groupAge_.elapsed() >= kMillisecondsPerCommit
+            || !canContinue())
+            commitGroup();
+        reportQueueCounts(false);
+        if (!canContinue())
+            break;
+    }
+}
+
+// Commits the group in hand, if any; a refused commit stops the walk.
+void DownloaderOperationLibXML::commitGroup()
+{
+    if (!group_)
+        return;
+    const bool committed = group_->commit();
+    if (!committed) {
+        databaseError_ = group_->errorMessage();
+        setCanContinue(false);
+    }
+    group_.reset();
+    entriesInGroup_ = 0;
+    if (committed)
+        crawlDidCommit();
 }
 
 // Starts the GETs of the entries after this one, as far as the limits let the walk go and
@@ -310,11 +356,43 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
                                             qint32 depth, QuillmerePagePtr currentPage)
 {
     downloadPageDidStartWithURL(url, depth);
-    const QByteArray data = fetchPage(url, requiredOriginOf(url));
+    QByteArray data;
+    if (!fetchAndRecordAnswer(url, depth, &data))
+        return;
+    if (data.isNull()) {
+        recordPageWithoutHTML(url, path, documentName, depth, currentPage);
+        return;
+    }
+    const HTMLParserPtr parser = saveAndParse(data);
+    if (!parser)
+        return;
+
+    const HTMLNodePtr head = parser->head();
+    const QString title = titleOf(head);
+    if (stopsAtRobotsDirectives(url, head, title, currentPage) || stopsAtCanonical(url, head, title, currentPage))
+        return;
+
+    if (currentPage)
+        updatePage(currentPage, title);
+    else
+        currentPage = foundPageWithPath(path, documentName, title, url, depth);
+
+    QList<HTMLLinkPtr> linksToQueue;
+    if (!recordLinks(childTags(parser->body(), QStringLiteral("a")), url, path, depth, currentPage, &linksToQueue))
+        return;
+    downloadPageDidEndWithURL(url, depth);
+    queueLinks(linksToQueue, depth);
+}
+
+// Fetches the page and records what the server answered. False when the analysis ends
+// here: the fetch was given up because the crawl is stopping, or the answer is a redirect.
+bool DownloaderOperationLibXML::fetchAndRecordAnswer(const QString& url, qint32 depth, QByteArray* data)
+{
+    *data = fetchPage(url, requiredOriginOf(url));
     if (syncWebCall_->isAbandoned()) {
         pageAbandoned_ = true;
         downloadPageWasAbandonedWithURL(url, depth);
-        return;
+        return false;
     }
     FetchLog::recordFetch(syncWebCall_->lastOutcome(), project_);
     if (syncWebCall_->isOtherHostRefused()) {
@@ -329,48 +407,48 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         (void)syncWebCall_->is404();
     if (syncWebCall_->isRedirect()) {
         performRedirect(url, depth);
-        return;
+        return false;
     }
 
     if (!LinkHeaders::getLinkHeadersWithURL(url, project_)) {
         LinkHeaders::createLinkHeadersWithURL(url, syncWebCall_->contentType(), syncWebCall_->contentLength(),
                                               syncWebCall_->downloadedLength(), project_);
     }
-    if (data.isNull()) {
-        const QString title = Localization::localizedString("ErrorContentType");
-        if (currentPage)
-            updatePage(currentPage, title);
-        else
-            foundPageWithPath(path, documentName, title, url, depth);
-        return;
-    }
+    return true;
+}
 
+// No HTML came (an error, or another type of content): the page is recorded with the
+// error's title.
+void DownloaderOperationLibXML::recordPageWithoutHTML(const QString& url, const QString& path,
+                                                      const QString& documentName, qint32 depth,
+                                                      const QuillmerePagePtr& currentPage)
+{
+    const QString title = Localization::localizedString("ErrorContentType");
+    if (currentPage)
+        updatePage(currentPage, title);
+    else
+        foundPageWithPath(path, documentName, title, url, depth);
+}
+
+// Keeps a copy of the HTML and parses it; null when it cannot be parsed.
+HTMLParserPtr DownloaderOperationLibXML::saveAndParse(const QByteArray& data)
+{
     const QString fileName = QStringLiteral("content_html_%1.html").arg(htmlFileCounter_++);
     project_->saveHtmlData(data, fileName);
     AppError parseError;
     HTMLParserPtr parser = HTMLParser::initWithData(data, &parseError);
     if (!parser || parseError.code != 0)
-        return;
+        return HTMLParserPtr();
+    return parser;
+}
 
-    const HTMLNodePtr head = parser->head();
-    QString title;
-    if (HTMLNodePtr titleNode = firstChildTag(head, QStringLiteral("title")))
-        title = stringByTrim(titleNode->contents());
-    if (title.isEmpty())
-        title = QStringLiteral("No Title");
-
-    bool noIndex = false;
-    bool noFollow = false;
-    for (const auto& meta : childTags(head, QStringLiteral("meta"))) {
-        if (!isEqualCaseInsensitive(attribute(meta, QStringLiteral("name")), QStringLiteral("robots")))
-            continue;
-        const QString content = attribute(meta, QStringLiteral("content"));
-        if (content.contains(QStringLiteral("noindex"), Qt::CaseInsensitive))
-            noIndex = true;
-        if (content.contains(QStringLiteral("nofollow"), Qt::CaseInsensitive))
-            noFollow = true;
-    }
-    if (noIndex && noFollow) {
+// A page marked both noindex and nofollow is analysed no further; noindex alone is
+// recorded and the analysis goes on. True when it stops here.
+bool DownloaderOperationLibXML::stopsAtRobotsDirectives(const QString& url, const HTMLNodePtr& head,
+                                                        const QString& title, const QuillmerePagePtr& currentPage)
+{
+    const RobotsDirectives directives = robotsDirectivesOf(head);
+    if (directives.noIndex && directives.noFollow) {
         if (url == project_->url())
             startPageStop_ = StartPageStop{StartPageStop::Kind::NoIndexNoFollow, QString()};
         if (currentPage) {
@@ -378,59 +456,52 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
             currentPage->updateIsNoFollow(true);
             updatePage(currentPage, title);
         }
-        return;
+        return true;
     }
-    if (noIndex && currentPage) {
+    if (directives.noIndex && currentPage) {
         currentPage->updateIsNoIndex(true);
         updatePage(currentPage, title);
     }
+    return false;
+}
 
-    QString canonical;
-    for (const auto& link : childTags(head, QStringLiteral("link"))) {
-        if (!isEqualCaseInsensitive(attribute(link, QStringLiteral("rel")), QStringLiteral("canonical")))
-            continue;
-        const QString href = attribute(link, QStringLiteral("href"));
-        canonical = (!href.isNull() && canonicalComparisonForm(href) == canonicalComparisonForm(url)) ? QString() : href;
-    }
-    if (!canonical.isNull()) {
-        if (url == project_->url())
-            startPageStop_ = StartPageStop{StartPageStop::Kind::Canonical, canonical};
-        if (currentPage) {
-            currentPage->updateIsCanonical(true);
-            updatePage(currentPage, title);
-        }
-        return;
-    }
-
-    if (currentPage)
+// A page naming another URL as its canonical form is analysed no further. True when it
+// stops here.
+bool DownloaderOperationLibXML::stopsAtCanonical(const QString& url, const HTMLNodePtr& head, const QString& title,
+                                                 const QuillmerePagePtr& currentPage)
+{
+    const QString canonical = canonicalOf(head, url);
+    if (canonical.isNull())
+        return false;
+    if (url == project_->url())
+        startPageStop_ = StartPageStop{StartPageStop::Kind::Canonical, canonical};
+    if (currentPage) {
+        currentPage->updateIsCanonical(true);
         updatePage(currentPage, title);
-    else
-        currentPage = foundPageWithPath(path, documentName, title, url, depth);
+    }
+    return true;
+}
 
-    const QList<HTMLNodePtr> anchors = childTags(parser->body(), QStringLiteral("a"));
+// Records the page's links to pages of the site and gathers those to queue. False when a
+// link shows the project's URL to be wrong: the crawl stops there.
+bool DownloaderOperationLibXML::recordLinks(const QList<HTMLNodePtr>& anchors, const QString& url, const QString& path,
+                                            qint32 depth, const QuillmerePagePtr& currentPage,
+                                            QList<HTMLLinkPtr>* linksToQueue)
+{
     const qint32 anchorCount = qint32(anchors.size());
     initLinkProgressWithMaxValue(anchorCount);
-    QList<HTMLLinkPtr> linksToQueue;
     const QString projectURL = project_->url();
     for (qint32 n = 1; n <= anchorCount; ++n) {
         const HTMLNodePtr& anchor = anchors[n - 1];
         setLinkProgressWithValue(n, anchorCount);
-        const QString rawHref = anchor->getAttributeNamed(QStringLiteral("href"));
-        if (rawHref.isNull())
-            continue;
-        if (anchor->getAttributeNamed(QStringLiteral("rel")) == QLatin1String("nofollow") && !project_->explore_no_follow())
-            continue;
-        const QString href = stringByTrim(rawHref);
-        if (href.size() >= 7 && hasPrefixCaseInsensitive(href, QStringLiteral("mailto:")))
-            continue;
-        if (href.size() >= 11 && hasPrefixCaseInsensitive(href, QStringLiteral("javascript:")))
+        if (!isFollowedAnchor(anchor))
             continue;
         HTMLLinkPtr link = HTMLLink::initWithHTMLNode(anchor, path, url, projectURL, project_);
         if (link->isExternalLink()) {
             if (link->isPossibleFirstURLError()) {
                 isPossibleFirstURLError_ = true;
                 setCanContinue(false);
-                return;
+                return false;
             }
             continue;
         }
@@ -439,16 +510,37 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         const LinkHeadersPtr headers = LinkHeaders::getLinkHeadersWithURL(link->fullHref(), project_);
         if (headers && !headers->isContentTypeHTML())
             continue;  // known not to be a page
-        linksToQueue.append(link);
+        linksToQueue->append(link);
         if (QuillmerePagePtr target = getPageFromURL(link->fullHref()))
             foundLinkWithPage(target, link->anchor(), currentPage);
         else
             foundLinkWithPath(link->documentPath(), link->documentName(), link->anchor(), link->fullHref(), depth + 1,
                               currentPage);
     }
-    downloadPageDidEndWithURL(url, depth);
+    return true;
+}
 
-    for (const auto& link : linksToQueue) {
+// An anchor worth a link record: it has an href, is not a nofollow link the project
+// leaves alone, and is neither mail nor script.
+bool DownloaderOperationLibXML::isFollowedAnchor(const HTMLNodePtr& anchor) const
+{
+    const QString rawHref = anchor->getAttributeNamed(QStringLiteral("href"));
+    if (rawHref.isNull())
+        return false;
+    if (anchor->getAttributeNamed(QStringLiteral("rel")) == QLatin1String("nofollow") && !project_->explore_no_follow())
+        return false;
+    const QString href = stringByTrim(rawHref);
+    if (href.size() >= 7 && hasPrefixCaseInsensitive(href, QStringLiteral("mailto:")))
+        return false;
+    if (href.size() >= 11 && hasPrefixCaseInsensitive(href, QStringLiteral("javascript:")))
+        return false;
+    return true;
+}
+
+// Queues the link targets not queued yet and not analysed already.
+void DownloaderOperationLibXML::queueLinks(const QList<HTMLLinkPtr>& links, qint32 depth)
+{
+    for (const auto& link : links) {
         if (QuillmereDownloaderQueue::pageURLIsAlreadyInQueue(link->fullHref(), project_))
             continue;
         const QuillmerePagePtr known = getPageFromURL(link->fullHref());

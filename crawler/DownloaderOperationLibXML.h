@@ -6,6 +6,7 @@
 #include "crawler/StartPageStop.h"
 #include "store/QuillmereDownloaderQueue.h"
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QSet>
 #include <QStringList>
@@ -15,7 +16,11 @@
 #include <chrono>
 #include <memory>
 
+class CrawlTransaction;
 class FetchAhead;
+class HTMLLink;
+class HTMLNode;
+class HTMLParser;
 class Project;
 class RequestPacer;
 class RobotEntry;
@@ -66,7 +71,7 @@ public:
     double maxRequestsPerSecond() const;
 
     // A commit groups the work of at most this many queue entries, each entry whole, and
-    // is made at the latest this long after the group's first entry.
+    // is made after the first entry that ends this long or more after the group began.
     static constexpr int kEntriesPerCommit = 100;
     static constexpr qint64 kMillisecondsPerCommit = 250;
     // A page whose answer is not in after this long has what was done before it committed
@@ -131,9 +136,24 @@ public:
 private:
     void loadRobotsTxt();
     void reportQueueCounts(bool recount);
+    void walkBatch(const QList<QuillmereDownloaderQueuePtr>& batch);
+    void commitGroup();
     void enqueue(const QString& url, const QString& path, const QString& documentName, qint32 depth);
     void analysePage(const QString& url, const QString& path, const QString& documentName, qint32 depth,
                      QuillmerePagePtr currentPage);
+    // The steps of analysePage, in their order.
+    bool fetchAndRecordAnswer(const QString& url, qint32 depth, QByteArray* data);
+    void recordPageWithoutHTML(const QString& url, const QString& path, const QString& documentName, qint32 depth,
+                               const QuillmerePagePtr& currentPage);
+    std::shared_ptr<HTMLParser> saveAndParse(const QByteArray& data);
+    bool stopsAtRobotsDirectives(const QString& url, const std::shared_ptr<HTMLNode>& head, const QString& title,
+                                 const QuillmerePagePtr& currentPage);
+    bool stopsAtCanonical(const QString& url, const std::shared_ptr<HTMLNode>& head, const QString& title,
+                          const QuillmerePagePtr& currentPage);
+    bool recordLinks(const QList<std::shared_ptr<HTMLNode>>& anchors, const QString& url, const QString& path,
+                     qint32 depth, const QuillmerePagePtr& currentPage, QList<std::shared_ptr<HTMLLink>>* linksToQueue);
+    bool isFollowedAnchor(const std::shared_ptr<HTMLNode>& anchor) const;
+    void queueLinks(const QList<std::shared_ptr<HTMLLink>>& links, qint32 depth);
     void performRedirect(const QString& url, qint32 depth);
     void logAnomaly(const QString& entry);
     QUrl requiredOriginOf(const QString& url) const;
@@ -166,6 +186,13 @@ private:
     std::unique_ptr<FetchAhead> fetchAhead_;
     // Pages this run analysed: not worth fetching ahead again.
     QSet<QString> analysedURLs_;
+    // The records of many entries go in one transaction: one commit for up to
+    // kEntriesPerCommit pages fetched ahead instead of one for each. Each entry's writes and
+    // its done mark stay in the same transaction, so a crash or a failed write leaves whole
+    // entries, and those not committed stay waiting for the next run.
+    std::unique_ptr<CrawlTransaction> group_;
+    int entriesInGroup_ = 0;
+    QElapsedTimer groupAge_;
     bool queueCountsKnown_ = false;
     qint64 waitingCount_ = 0;
     qint64 doneCount_ = 0;
