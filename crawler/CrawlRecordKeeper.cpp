@@ -16,7 +16,7 @@ CrawlRecordKeeper::CrawlRecordKeeper(std::shared_ptr<Project> project) : project
 
 namespace {
 // The running page count is also kept in the crawl database's header, written inside the
-// transaction of the page that counts it: it is exactly as far as the pages committed, even
+// transaction that holds the page counting it: it is exactly as far as the pages committed, even
 // after a crash, where the registry (saved once a second) may lag behind.
 constexpr const char* kCommittedCountPragma = "PRAGMA user_version";
 

@@ -11,7 +11,9 @@ class Project;
 
 // The record-keeping that a crawl's delegate owes it, written once for every front end:
 // pages and links found, the running page count and depth that make the limits act, and
-// the steps at the end of a crawl. Main thread only.
+// the steps at the end of a crawl. The start and end steps are called on the main thread,
+// the per-page calls there too or, for a front end that shows no window, on the crawler's
+// thread. Nothing here locks: calls must not overlap.
 class CrawlRecordKeeper {
 public:
     explicit CrawlRecordKeeper(std::shared_ptr<Project> project);

@@ -4,11 +4,11 @@
 
 struct sqlite3;
 
-// Groups the writes of one queue entry into one transaction, committed at the end: the
-// page's records and its done mark land together, at one disk sync a page. When a write of
-// the page failed (a full disk, a directory that cannot be written, an I/O error), nothing
-// of the page is kept: commit() rolls it back and answers false, and the entry stays
-// waiting for a later crawl.
+// Groups writes into one transaction, committed at the end. The crawler puts the writes of
+// several queue entries in one (each entry's records with its done mark), at one disk sync
+// for the group; the vacuum cleaner puts all of its own in one. When a write failed (a full
+// disk, a directory that cannot be written, an I/O error), nothing of the group is kept:
+// commit() rolls it back and answers false, and its entries stay waiting for a later crawl.
 class CrawlTransaction {
 public:
     explicit CrawlTransaction(sqlite3* database);

@@ -37,8 +37,8 @@ public:
         (void)url;
         (void)depth;
     }
-    // Everything recorded so far is committed to the crawl database (each commit holds the
-    // pages of up to a quarter of a second).
+    // Everything recorded so far is committed to the crawl database (each commit holds at
+    // most 100 queue entries, begun within a quarter of a second).
     virtual void crawlDidCommit() {}
     // True when nothing else needs the main thread while the crawl runs (no window): the
     // hand-over to it per call is then saved.

@@ -3,7 +3,6 @@
 #include "crawler/CrawlTransaction.h"
 #include "crawler/FetchAhead.h"
 #include "crawler/MainThread.h"
-#include "crawler/RecordMetaTypes.h"
 #include "fetch/RequestPacer.h"
 #include "fetch/SynchronizedWebCall.h"
 #include "fetch/URLConnection.h"
@@ -25,17 +24,6 @@
 #include <QUrl>
 
 namespace {
-const QString kUrl = QStringLiteral("url");
-const QString kDepth = QStringLiteral("depth");
-const QString kPath = QStringLiteral("path");
-const QString kPage = QStringLiteral("page");
-const QString kTitle = QStringLiteral("title");
-const QString kName = QStringLiteral("name");
-const QString kAnchor = QStringLiteral("anchor");
-const QString kPageTo = QStringLiteral("pageTo");
-const QString kQuillmerePage = QStringLiteral("quillmerePage");
-const QString kBRet = QStringLiteral("bRet");
-
 // Strict UTF-8: a file with invalid sequences gives no text at all.
 QString decodeUtf8OrNull(const QByteArray& data)
 {
@@ -58,6 +46,50 @@ QString attribute(const HTMLNodePtr& node, const QString& name)
 {
     return node ? node->getAttributeNamed(name) : QString();
 }
+
+QString titleOf(const HTMLNodePtr& head)
+{
+    QString title;
+    if (HTMLNodePtr titleNode = firstChildTag(head, QStringLiteral("title")))
+        title = stringByTrim(titleNode->contents());
+    if (title.isEmpty())
+        title = QStringLiteral("No Title");
+    return title;
+}
+
+struct RobotsDirectives {
+    bool noIndex = false;
+    bool noFollow = false;
+};
+
+RobotsDirectives robotsDirectivesOf(const HTMLNodePtr& head)
+{
+    RobotsDirectives directives;
+    for (const auto& meta : childTags(head, QStringLiteral("meta"))) {
+        if (!isEqualCaseInsensitive(attribute(meta, QStringLiteral("name")), QStringLiteral("robots")))
+            continue;
+        const QString content = attribute(meta, QStringLiteral("content"));
+        if (content.contains(QStringLiteral("noindex"), Qt::CaseInsensitive))
+            directives.noIndex = true;
+        if (content.contains(QStringLiteral("nofollow"), Qt::CaseInsensitive))
+            directives.noFollow = true;
+    }
+    return directives;
+}
+
+// The last canonical link of the head, null when there is none or when it names the page
+// itself.
+QString canonicalOf(const HTMLNodePtr& head, const QString& url)
+{
+    QString canonical;
+    for (const auto& link : childTags(head, QStringLiteral("link"))) {
+        if (!isEqualCaseInsensitive(attribute(link, QStringLiteral("rel")), QStringLiteral("canonical")))
+            continue;
+        const QString href = attribute(link, QStringLiteral("href"));
+        canonical = (!href.isNull() && canonicalComparisonForm(href) == canonicalComparisonForm(url)) ? QString() : href;
+    }
+    return canonical;
+}
 } // namespace
 
 DownloaderOperationLibXML::DownloaderOperationLibXML(std::shared_ptr<Project> project,
@@ -72,7 +104,7 @@ DownloaderOperationLibXML::DownloaderOperationLibXML(std::shared_ptr<Project> pr
     // A stop abandons the transfer in hand instead of waiting for a stalled server.
     syncWebCall_->setCanContinueFlag(&canContinue_);
     syncWebCall_->setRequestPacer(pacer_.get());
-    direct_ = downloaderDelegate_ && downloaderDelegate_->takesCallsOnCrawlerThread();
+    relay_ = DelegateRelay(downloaderDelegate_ && downloaderDelegate_->takesCallsOnCrawlerThread());
     if (project_)
         projectOrigin_ = SynchronizedWebCall::URLFromString(project_->url()).value_or(QUrl());
 }
@@ -183,66 +215,12 @@ void DownloaderOperationLibXML::downloadFromWaitingQueue()
     QList<QuillmereDownloaderQueuePtr> batch = QuillmereDownloaderQueue::getAllWaitingDownloaderQueueForProject(project_);
     if (!canContinue())
         return;
-    // The records of many entries go in one transaction: one commit for up to
-    // kEntriesPerCommit pages fetched ahead instead of one for each. Each entry's writes and
-    // its done mark stay in the same transaction, so a crash or a failed write leaves whole
-    // entries, and those not committed stay waiting for the next run.
-    std::unique_ptr<CrawlTransaction> group;
-    int entriesInGroup = 0;
-    QElapsedTimer groupAge;
-    auto commitGroup = [&] {
-        if (!group)
-            return;
-        const bool committed = group->commit();
-        if (!committed) {
-            databaseError_ = group->errorMessage();
-            setCanContinue(false);
-        }
-        group.reset();
-        entriesInGroup = 0;
-        if (committed)
-            crawlDidCommit();
-    };
     for (;;) {
         if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected() || batch.isEmpty())
             break;
         reportQueueCounts(true);
-        if (canContinue()) {
-            for (qsizetype i = 0; i < batch.size(); ++i) {
-                const auto& entry = batch[i];
-                if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected())
-                    break;
-                if (fetchAhead_)
-                    fetchAheadFrom(batch, i);
-                // A page whose answer keeps the walk waiting is the time to write: the pages
-                // done so far are not left uncommitted behind a slow or hanging one. A short
-                // wait, as when the analysis catches up with the fetches, is not worth a commit.
-                if (group && entriesInGroup > 0
-                    && !(fetchAhead_ && fetchAhead_->waitForAnswer(entry->url(), kWaitBeforeCommit, canContinue_)))
-                    commitGroup();
-                if (!canContinue())
-                    break;
-                if (!group) {
-                    group = std::make_unique<CrawlTransaction>(project_->sqlite3Database());
-                    groupAge.start();
-                }
-                pageAbandoned_ = false;
-                downloadAndPerformURL(entry->url(), entry->path(), entry->documentName(), qint32(entry->depth()));
-                // A page given up because the crawl is stopping waits for the next run.
-                if (!pageAbandoned_) {
-                    entry->updatePerformDoneWithBooleanValue(true);
-                    --waitingCount_;
-                    ++doneCount_;
-                }
-                ++entriesInGroup;
-                if (group->hasFailed() || entriesInGroup >= kEntriesPerCommit
-                    || groupAge.elapsed() >= kMillisecondsPerCommit || !canContinue())
-                    commitGroup();
-                reportQueueCounts(false);
-                if (!canContinue())
-                    break;
-            }
-        }
+        if (canContinue())
+            walkBatch(batch);
         // What was fetched ahead of this batch is not needed: the next one is read afresh.
         if (fetchAhead_)
             fetchAhead_->dropAll();
@@ -254,6 +232,62 @@ void DownloaderOperationLibXML::downloadFromWaitingQueue()
     if (fetchAhead_)
         fetchAhead_->dropAll();
     commitGroup();
+}
+
+// Treats the batch's entries in queue order until a limit is reached or the crawl stops,
+// committing their records group by group.
+void DownloaderOperationLibXML::walkBatch(const QList<QuillmereDownloaderQueuePtr>& batch)
+{
+    for (qsizetype i = 0; i < batch.size(); ++i) {
+        const auto& entry = batch[i];
+        if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected())
+            break;
+        if (fetchAhead_)
+            fetchAheadFrom(batch, i);
+        // A page whose answer keeps the walk waiting is the time to write: the pages done so
+        // far are not left uncommitted behind a slow or hanging one. A short wait, as when
+        // the analysis catches up with the fetches, is not worth a commit.
+        if (group_ && entriesInGroup_ > 0
+            && !(fetchAhead_ && fetchAhead_->waitForAnswer(entry->url(), kWaitBeforeCommit, canContinue_)))
+            commitGroup();
+        if (!canContinue())
+            break;
+        if (!group_) {
+            group_ = std::make_unique<CrawlTransaction>(project_->sqlite3Database());
+            groupAge_.start();
+        }
+        pageAbandoned_ = false;
+        downloadAndPerformURL(entry->url(), entry->path(), entry->documentName(), qint32(entry->depth()));
+        // A page given up because the crawl is stopping waits for the next run.
+        if (!pageAbandoned_) {
+            entry->updatePerformDoneWithBooleanValue(true);
+            --waitingCount_;
+            ++doneCount_;
+        }
+        ++entriesInGroup_;
+        if (group_->hasFailed() || entriesInGroup_ >= kEntriesPerCommit || groupAge_.elapsed() >= kMillisecondsPerCommit
+            || !canContinue())
+            commitGroup();
+        reportQueueCounts(false);
+        if (!canContinue())
+            break;
+    }
+}
+
+// Commits the group in hand, if any; a refused commit stops the walk.
+void DownloaderOperationLibXML::commitGroup()
+{
+    if (!group_)
+        return;
+    const bool committed = group_->commit();
+    if (!committed) {
+        databaseError_ = group_->errorMessage();
+        setCanContinue(false);
+    }
+    group_.reset();
+    entriesInGroup_ = 0;
+    if (committed)
+        crawlDidCommit();
 }
 
 // Starts the GETs of the entries after this one, as far as the limits let the walk go and
@@ -322,11 +356,43 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
                                             qint32 depth, QuillmerePagePtr currentPage)
 {
     downloadPageDidStartWithURL(url, depth);
-    const QByteArray data = fetchPage(url, requiredOriginOf(url));
+    QByteArray data;
+    if (!fetchAndRecordAnswer(url, depth, &data))
+        return;
+    if (data.isNull()) {
+        recordPageWithoutHTML(url, path, documentName, depth, currentPage);
+        return;
+    }
+    const HTMLParserPtr parser = saveAndParse(data);
+    if (!parser)
+        return;
+
+    const HTMLNodePtr head = parser->head();
+    const QString title = titleOf(head);
+    if (stopsAtRobotsDirectives(url, head, title, currentPage) || stopsAtCanonical(url, head, title, currentPage))
+        return;
+
+    if (currentPage)
+        updatePage(currentPage, title);
+    else
+        currentPage = foundPageWithPath(path, documentName, title, url, depth);
+
+    QList<HTMLLinkPtr> linksToQueue;
+    if (!recordLinks(childTags(parser->body(), QStringLiteral("a")), url, path, depth, currentPage, &linksToQueue))
+        return;
+    downloadPageDidEndWithURL(url, depth);
+    queueLinks(linksToQueue, depth);
+}
+
+// Fetches the page and records what the server answered. False when the analysis ends
+// here: the fetch was given up because the crawl is stopping, or the answer is a redirect.
+bool DownloaderOperationLibXML::fetchAndRecordAnswer(const QString& url, qint32 depth, QByteArray* data)
+{
+    *data = fetchPage(url, requiredOriginOf(url));
     if (syncWebCall_->isAbandoned()) {
         pageAbandoned_ = true;
         downloadPageWasAbandonedWithURL(url, depth);
-        return;
+        return false;
     }
     FetchLog::recordFetch(syncWebCall_->lastOutcome(), project_);
     if (syncWebCall_->isOtherHostRefused()) {
@@ -341,48 +407,48 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         (void)syncWebCall_->is404();
     if (syncWebCall_->isRedirect()) {
         performRedirect(url, depth);
-        return;
+        return false;
     }
 
     if (!LinkHeaders::getLinkHeadersWithURL(url, project_)) {
         LinkHeaders::createLinkHeadersWithURL(url, syncWebCall_->contentType(), syncWebCall_->contentLength(),
                                               syncWebCall_->downloadedLength(), project_);
     }
-    if (data.isNull()) {
-        const QString title = Localization::localizedString("ErrorContentType");
-        if (currentPage)
-            updatePage(currentPage, title);
-        else
-            foundPageWithPath(path, documentName, title, url, depth);
-        return;
-    }
+    return true;
+}
 
+// No HTML came (an error, or another type of content): the page is recorded with the
+// error's title.
+void DownloaderOperationLibXML::recordPageWithoutHTML(const QString& url, const QString& path,
+                                                      const QString& documentName, qint32 depth,
+                                                      const QuillmerePagePtr& currentPage)
+{
+    const QString title = Localization::localizedString("ErrorContentType");
+    if (currentPage)
+        updatePage(currentPage, title);
+    else
+        foundPageWithPath(path, documentName, title, url, depth);
+}
+
+// Keeps a copy of the HTML and parses it; null when it cannot be parsed.
+HTMLParserPtr DownloaderOperationLibXML::saveAndParse(const QByteArray& data)
+{
     const QString fileName = QStringLiteral("content_html_%1.html").arg(htmlFileCounter_++);
     project_->saveHtmlData(data, fileName);
     AppError parseError;
     HTMLParserPtr parser = HTMLParser::initWithData(data, &parseError);
     if (!parser || parseError.code != 0)
-        return;
+        return HTMLParserPtr();
+    return parser;
+}
 
-    const HTMLNodePtr head = parser->head();
-    QString title;
-    if (HTMLNodePtr titleNode = firstChildTag(head, QStringLiteral("title")))
-        title = stringByTrim(titleNode->contents());
-    if (title.isEmpty())
-        title = QStringLiteral("No Title");
-
-    bool noIndex = false;
-    bool noFollow = false;
-    for (const auto& meta : childTags(head, QStringLiteral("meta"))) {
-        if (!isEqualCaseInsensitive(attribute(meta, QStringLiteral("name")), QStringLiteral("robots")))
-            continue;
-        const QString content = attribute(meta, QStringLiteral("content"));
-        if (content.contains(QStringLiteral("noindex"), Qt::CaseInsensitive))
-            noIndex = true;
-        if (content.contains(QStringLiteral("nofollow"), Qt::CaseInsensitive))
-            noFollow = true;
-    }
-    if (noIndex && noFollow) {
+// A page marked both noindex and nofollow is analysed no further; noindex alone is
+// recorded and the analysis goes on. True when it stops here.
+bool DownloaderOperationLibXML::stopsAtRobotsDirectives(const QString& url, const HTMLNodePtr& head,
+                                                        const QString& title, const QuillmerePagePtr& currentPage)
+{
+    const RobotsDirectives directives = robotsDirectivesOf(head);
+    if (directives.noIndex && directives.noFollow) {
         if (url == project_->url())
             startPageStop_ = StartPageStop{StartPageStop::Kind::NoIndexNoFollow, QString()};
         if (currentPage) {
@@ -390,59 +456,52 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
             currentPage->updateIsNoFollow(true);
             updatePage(currentPage, title);
         }
-        return;
+        return true;
     }
-    if (noIndex && currentPage) {
+    if (directives.noIndex && currentPage) {
         currentPage->updateIsNoIndex(true);
         updatePage(currentPage, title);
     }
+    return false;
+}
 
-    QString canonical;
-    for (const auto& link : childTags(head, QStringLiteral("link"))) {
-        if (!isEqualCaseInsensitive(attribute(link, QStringLiteral("rel")), QStringLiteral("canonical")))
-            continue;
-        const QString href = attribute(link, QStringLiteral("href"));
-        canonical = (!href.isNull() && canonicalComparisonForm(href) == canonicalComparisonForm(url)) ? QString() : href;
-    }
-    if (!canonical.isNull()) {
-        if (url == project_->url())
-            startPageStop_ = StartPageStop{StartPageStop::Kind::Canonical, canonical};
-        if (currentPage) {
-            currentPage->updateIsCanonical(true);
-            updatePage(currentPage, title);
-        }
-        return;
-    }
-
-    if (currentPage)
+// A page naming another URL as its canonical form is analysed no further. True when it
+// stops here.
+bool DownloaderOperationLibXML::stopsAtCanonical(const QString& url, const HTMLNodePtr& head, const QString& title,
+                                                 const QuillmerePagePtr& currentPage)
+{
+    const QString canonical = canonicalOf(head, url);
+    if (canonical.isNull())
+        return false;
+    if (url == project_->url())
+        startPageStop_ = StartPageStop{StartPageStop::Kind::Canonical, canonical};
+    if (currentPage) {
+        currentPage->updateIsCanonical(true);
         updatePage(currentPage, title);
-    else
-        currentPage = foundPageWithPath(path, documentName, title, url, depth);
+    }
+    return true;
+}
 
-    const QList<HTMLNodePtr> anchors = childTags(parser->body(), QStringLiteral("a"));
+// Records the page's links to pages of the site and gathers those to queue. False when a
+// link shows the project's URL to be wrong: the crawl stops there.
+bool DownloaderOperationLibXML::recordLinks(const QList<HTMLNodePtr>& anchors, const QString& url, const QString& path,
+                                            qint32 depth, const QuillmerePagePtr& currentPage,
+                                            QList<HTMLLinkPtr>* linksToQueue)
+{
     const qint32 anchorCount = qint32(anchors.size());
     initLinkProgressWithMaxValue(anchorCount);
-    QList<HTMLLinkPtr> linksToQueue;
     const QString projectURL = project_->url();
     for (qint32 n = 1; n <= anchorCount; ++n) {
         const HTMLNodePtr& anchor = anchors[n - 1];
         setLinkProgressWithValue(n, anchorCount);
-        const QString rawHref = anchor->getAttributeNamed(QStringLiteral("href"));
-        if (rawHref.isNull())
-            continue;
-        if (anchor->getAttributeNamed(QStringLiteral("rel")) == QLatin1String("nofollow") && !project_->explore_no_follow())
-            continue;
-        const QString href = stringByTrim(rawHref);
-        if (href.size() >= 7 && hasPrefixCaseInsensitive(href, QStringLiteral("mailto:")))
-            continue;
-        if (href.size() >= 11 && hasPrefixCaseInsensitive(href, QStringLiteral("javascript:")))
+        if (!isFollowedAnchor(anchor))
             continue;
         HTMLLinkPtr link = HTMLLink::initWithHTMLNode(anchor, path, url, projectURL);
         if (link->isExternalLink()) {
             if (link->isPossibleFirstURLError()) {
                 isPossibleFirstURLError_ = true;
                 setCanContinue(false);
-                return;
+                return false;
             }
             continue;
         }
@@ -451,16 +510,37 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         const LinkHeadersPtr headers = LinkHeaders::getLinkHeadersWithURL(link->fullHref(), project_);
         if (headers && !headers->isContentTypeHTML())
             continue;  // known not to be a page
-        linksToQueue.append(link);
+        linksToQueue->append(link);
         if (QuillmerePagePtr target = getPageFromURL(link->fullHref()))
             foundLinkWithPage(target, link->anchor(), currentPage);
         else
             foundLinkWithPath(link->documentPath(), link->documentName(), link->anchor(), link->fullHref(), depth + 1,
                               currentPage);
     }
-    downloadPageDidEndWithURL(url, depth);
+    return true;
+}
 
-    for (const auto& link : linksToQueue) {
+// An anchor worth a link record: it has an href, is not a nofollow link the project
+// leaves alone, and is neither mail nor script.
+bool DownloaderOperationLibXML::isFollowedAnchor(const HTMLNodePtr& anchor) const
+{
+    const QString rawHref = anchor->getAttributeNamed(QStringLiteral("href"));
+    if (rawHref.isNull())
+        return false;
+    if (anchor->getAttributeNamed(QStringLiteral("rel")) == QLatin1String("nofollow") && !project_->explore_no_follow())
+        return false;
+    const QString href = stringByTrim(rawHref);
+    if (href.size() >= 7 && hasPrefixCaseInsensitive(href, QStringLiteral("mailto:")))
+        return false;
+    if (href.size() >= 11 && hasPrefixCaseInsensitive(href, QStringLiteral("javascript:")))
+        return false;
+    return true;
+}
+
+// Queues the link targets not queued yet and not analysed already.
+void DownloaderOperationLibXML::queueLinks(const QList<HTMLLinkPtr>& links, qint32 depth)
+{
+    for (const auto& link : links) {
         if (QuillmereDownloaderQueue::pageURLIsAlreadyInQueue(link->fullHref(), project_))
             continue;
         const QuillmerePagePtr known = getPageFromURL(link->fullHref());
@@ -543,120 +623,80 @@ void DownloaderOperationLibXML::logAnomaly(const QString& entry)
 
 void DownloaderOperationLibXML::downloaderDidStart()
 {
-    MainThread::performAndWait([this] { mainThreadDownloaderDidStart(); });
+    MainThread::performAndWaitFor([this] { mainThreadDownloaderDidStart(); });
 }
 
 void DownloaderOperationLibXML::downloaderDidEnd()
 {
-    MainThread::performAndWait([this] { mainThreadDownloaderDidEnd(); });
+    MainThread::performAndWaitFor([this] { mainThreadDownloaderDidEnd(); });
 }
 
 void DownloaderOperationLibXML::downloaderEndWithError(const QString& error)
 {
-    QVariantMap d{{QStringLiteral("error"), error}};
-    MainThread::performAndWait([&] { mainThreadDownloaderEndWithErrorAndDictionnary(d); });
+    MainThread::performAndWaitFor([&] { mainThreadDownloaderEndWithErrorAndDictionnary(error); });
 }
 
 void DownloaderOperationLibXML::downloadPageDidStartWithURL(const QString& url, qint32 depth)
 {
-    if (direct_)
-        return downloaderDelegate_->downloadPageDidStartWithURL(url, depth);
-    QVariantMap d{{kUrl, url}, {kDepth, depth}};
-    MainThread::performAndWait([&] { mainThreadDownloadPageDidStartWithDictionnary(d); });
+    relay_([&] { mainThreadDownloadPageDidStartWithDictionnary(url, depth); });
 }
 
 void DownloaderOperationLibXML::downloadPageDidEndWithURL(const QString& url, qint32 depth)
 {
-    if (direct_)
-        return downloaderDelegate_->downloadPageDidEndWithURL(url, depth);
-    QVariantMap d{{kUrl, url}, {kDepth, depth}};
-    MainThread::performAndWait([&] { mainThreadDownloadPageDidEndWithDictionnary(d); });
+    relay_([&] { mainThreadDownloadPageDidEndWithDictionnary(url, depth); });
 }
 
 QuillmerePagePtr DownloaderOperationLibXML::foundPageWithPath(const QString& path, const QString& name,
                                                               const QString& title, const QString& url, qint32 depth)
 {
-    if (direct_)
-        return downloaderDelegate_->foundPageWithPath(path, name, title, url, depth);
-    QVariantMap d{{kPath, path}, {kPage, name}, {kTitle, title}, {kUrl, url}, {kDepth, depth}};
-    MainThread::performAndWait([&] { mainThreadFoundPageWithMutableDictionnary(d); });
-    return pageFromVariant(d.value(kQuillmerePage));
+    return relay_([&] { return mainThreadFoundPageWithMutableDictionnary(path, name, title, url, depth); });
 }
 
 void DownloaderOperationLibXML::updatePage(const QuillmerePagePtr& page, const QString& title)
 {
-    if (direct_)
-        return downloaderDelegate_->updatePage(page, title);
-    QVariantMap d{{kPage, pageVariant(page)}, {kTitle, title}};
-    MainThread::performAndWait([&] { mainThreadUpdatePageWithDictionnary(d); });
+    relay_([&] { mainThreadUpdatePageWithDictionnary(page, title); });
 }
 
 bool DownloaderOperationLibXML::foundLinkWithPath(const QString& path, const QString& name, const QString& anchor,
                                                   const QString& url, qint32 depth, const QuillmerePagePtr& page)
 {
-    if (direct_)
-        return downloaderDelegate_->foundLinkWithPath(path, name, anchor, url, depth, page);
-    QVariantMap d{{kPath, path}, {kName, name}, {kAnchor, anchor}, {kUrl, url}, {kDepth, depth}, {kPage, pageVariant(page)}};
-    MainThread::performAndWait([&] { mainThreadFoundLinkNameWithMutableDictionnary(d); });
-    return d.value(kBRet).toBool();
+    return relay_([&] { return mainThreadFoundLinkNameWithMutableDictionnary(path, name, anchor, url, depth, page); });
 }
 
 bool DownloaderOperationLibXML::foundLinkWithPage(const QuillmerePagePtr& pageTo, const QString& anchor,
                                                   const QuillmerePagePtr& page)
 {
-    if (direct_)
-        return downloaderDelegate_->foundLinkWithPage(pageTo, anchor, page);
-    QVariantMap d{{kPageTo, pageVariant(pageTo)}, {kAnchor, anchor}, {kPage, pageVariant(page)}};
-    MainThread::performAndWait([&] { mainThreadFoundLinkPageWithMutableDictionnary(d); });
-    return d.value(kBRet).toBool();
+    return relay_([&] { return mainThreadFoundLinkPageWithMutableDictionnary(pageTo, anchor, page); });
 }
 
 QuillmerePagePtr DownloaderOperationLibXML::getPageFromURL(const QString& url)
 {
-    if (direct_)
-        return downloaderDelegate_->getPageFromURL(url);
-    QVariantMap d{{kUrl, url}};
-    MainThread::performAndWait([&] { mainThreadGetPageFromURLWithMutableDictionnary(d); });
-    return pageFromVariant(d.value(kQuillmerePage));
+    return relay_([&] { return mainThreadGetPageFromURLWithMutableDictionnary(url); });
 }
 
 void DownloaderOperationLibXML::initLinkProgressWithMaxValue(qint32 linkCountMax)
 {
-    if (direct_)
-        return downloaderDelegate_->initLinkProgressWithMaxValue(linkCountMax);
-    QVariantMap d{{QStringLiteral("linkCountMax"), linkCountMax}};
-    MainThread::performAndWait([&] { mainThreadInitLinkProgressWithMutableDictionnary(d); });
+    relay_([&] { mainThreadInitLinkProgressWithMutableDictionnary(linkCountMax); });
 }
 
 void DownloaderOperationLibXML::setLinkProgressWithValue(qint32 value, qint32 maxValue)
 {
-    if (direct_)
-        return downloaderDelegate_->setLinkProgressWithValue(value, maxValue);
-    QVariantMap d{{QStringLiteral("value"), value}, {QStringLiteral("maxValue"), maxValue}};
-    MainThread::performAndWait([&] { mainThreadSetLinkProgressWithMutableDictionnary(d); });
+    relay_([&] { mainThreadSetLinkProgressWithMutableDictionnary(value, maxValue); });
 }
 
 void DownloaderOperationLibXML::setWaitingQueueCount(qint32 waitingCount, qint32 doneCount)
 {
-    if (direct_)
-        return downloaderDelegate_->setWaitingQueueCount(waitingCount, doneCount);
-    QVariantMap d{{QStringLiteral("waitingCount"), waitingCount}, {QStringLiteral("doneCount"), doneCount}};
-    MainThread::performAndWait([&] { mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(d); });
+    relay_([&] { mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(waitingCount, doneCount); });
 }
 
 void DownloaderOperationLibXML::downloadPageWasAbandonedWithURL(const QString& url, qint32 depth)
 {
-    if (direct_)
-        return downloaderDelegate_->downloadPageWasAbandonedWithURL(url, depth);
-    QVariantMap d{{kUrl, url}, {kDepth, depth}};
-    MainThread::performAndWait([&] { mainThreadDownloadPageWasAbandonedWithDictionnary(d); });
+    relay_([&] { mainThreadDownloadPageWasAbandonedWithDictionnary(url, depth); });
 }
 
 void DownloaderOperationLibXML::crawlDidCommit()
 {
-    if (direct_)
-        return downloaderDelegate_->crawlDidCommit();
-    MainThread::performAndWait([this] { mainThreadCrawlDidCommit(); });
+    relay_([this] { mainThreadCrawlDidCommit(); });
 }
 
 void DownloaderOperationLibXML::mainThreadCrawlDidCommit()
@@ -674,74 +714,70 @@ void DownloaderOperationLibXML::mainThreadDownloaderDidEnd()
     downloaderDelegate_->downloaderDidEnd();
 }
 
-void DownloaderOperationLibXML::mainThreadDownloaderEndWithErrorAndDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadDownloaderEndWithErrorAndDictionnary(const QString& error)
 {
-    downloaderDelegate_->downloaderEndWithError(d.value(QStringLiteral("error")).toString());
+    downloaderDelegate_->downloaderEndWithError(error);
 }
 
-void DownloaderOperationLibXML::mainThreadDownloadPageDidStartWithDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadDownloadPageDidStartWithDictionnary(const QString& url, qint32 depth)
 {
-    downloaderDelegate_->downloadPageDidStartWithURL(d.value(kUrl).toString(), d.value(kDepth).toInt());
+    downloaderDelegate_->downloadPageDidStartWithURL(url, depth);
 }
 
-void DownloaderOperationLibXML::mainThreadDownloadPageDidEndWithDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadDownloadPageDidEndWithDictionnary(const QString& url, qint32 depth)
 {
-    downloaderDelegate_->downloadPageDidEndWithURL(d.value(kUrl).toString(), d.value(kDepth).toInt());
+    downloaderDelegate_->downloadPageDidEndWithURL(url, depth);
 }
 
-void DownloaderOperationLibXML::mainThreadFoundPageWithMutableDictionnary(QVariantMap& d)
+QuillmerePagePtr DownloaderOperationLibXML::mainThreadFoundPageWithMutableDictionnary(const QString& path,
+                                                                                    const QString& name,
+                                                                                    const QString& title,
+                                                                                    const QString& url, qint32 depth)
 {
-    QuillmerePagePtr page = downloaderDelegate_->foundPageWithPath(d.value(kPath).toString(), d.value(kPage).toString(),
-                                                                   d.value(kTitle).toString(), d.value(kUrl).toString(),
-                                                                   d.value(kDepth).toInt());
-    if (page)
-        d.insert(kQuillmerePage, pageVariant(page));
+    return downloaderDelegate_->foundPageWithPath(path, name, title, url, depth);
 }
 
-void DownloaderOperationLibXML::mainThreadUpdatePageWithDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadUpdatePageWithDictionnary(const QuillmerePagePtr& page, const QString& title)
 {
-    downloaderDelegate_->updatePage(pageFromVariant(d.value(kPage)), d.value(kTitle).toString());
+    downloaderDelegate_->updatePage(page, title);
 }
 
-void DownloaderOperationLibXML::mainThreadFoundLinkNameWithMutableDictionnary(QVariantMap& d)
+bool DownloaderOperationLibXML::mainThreadFoundLinkNameWithMutableDictionnary(const QString& path, const QString& name,
+                                                                              const QString& anchor, const QString& url,
+                                                                              qint32 depth, const QuillmerePagePtr& page)
 {
-    const bool made = downloaderDelegate_->foundLinkWithPath(d.value(kPath).toString(), d.value(kName).toString(),
-                                                             d.value(kAnchor).toString(), d.value(kUrl).toString(),
-                                                             d.value(kDepth).toInt(), pageFromVariant(d.value(kPage)));
-    d.insert(kBRet, made);
+    return downloaderDelegate_->foundLinkWithPath(path, name, anchor, url, depth, page);
 }
 
-void DownloaderOperationLibXML::mainThreadFoundLinkPageWithMutableDictionnary(QVariantMap& d)
+bool DownloaderOperationLibXML::mainThreadFoundLinkPageWithMutableDictionnary(const QuillmerePagePtr& pageTo,
+                                                                              const QString& anchor,
+                                                                              const QuillmerePagePtr& page)
 {
-    const bool made = downloaderDelegate_->foundLinkWithPage(pageFromVariant(d.value(kPageTo)),
-                                                             d.value(kAnchor).toString(), pageFromVariant(d.value(kPage)));
-    d.insert(kBRet, made);
+    return downloaderDelegate_->foundLinkWithPage(pageTo, anchor, page);
 }
 
-void DownloaderOperationLibXML::mainThreadGetPageFromURLWithMutableDictionnary(QVariantMap& d)
+QuillmerePagePtr DownloaderOperationLibXML::mainThreadGetPageFromURLWithMutableDictionnary(const QString& url)
 {
-    if (QuillmerePagePtr page = downloaderDelegate_->getPageFromURL(d.value(kUrl).toString()))
-        d.insert(kQuillmerePage, pageVariant(page));
+    return downloaderDelegate_->getPageFromURL(url);
 }
 
-void DownloaderOperationLibXML::mainThreadInitLinkProgressWithMutableDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadInitLinkProgressWithMutableDictionnary(qint32 linkCountMax)
 {
-    downloaderDelegate_->initLinkProgressWithMaxValue(d.value(QStringLiteral("linkCountMax")).toInt());
+    downloaderDelegate_->initLinkProgressWithMaxValue(linkCountMax);
 }
 
-void DownloaderOperationLibXML::mainThreadSetLinkProgressWithMutableDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadSetLinkProgressWithMutableDictionnary(qint32 value, qint32 maxValue)
 {
-    downloaderDelegate_->setLinkProgressWithValue(d.value(QStringLiteral("value")).toInt(),
-                                                  d.value(QStringLiteral("maxValue")).toInt());
+    downloaderDelegate_->setLinkProgressWithValue(value, maxValue);
 }
 
-void DownloaderOperationLibXML::mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(qint32 waitingCount,
+                                                                                          qint32 doneCount)
 {
-    downloaderDelegate_->setWaitingQueueCount(d.value(QStringLiteral("waitingCount")).toInt(),
-                                              d.value(QStringLiteral("doneCount")).toInt());
+    downloaderDelegate_->setWaitingQueueCount(waitingCount, doneCount);
 }
 
-void DownloaderOperationLibXML::mainThreadDownloadPageWasAbandonedWithDictionnary(QVariantMap& d)
+void DownloaderOperationLibXML::mainThreadDownloadPageWasAbandonedWithDictionnary(const QString& url, qint32 depth)
 {
-    downloaderDelegate_->downloadPageWasAbandonedWithURL(d.value(kUrl).toString(), d.value(kDepth).toInt());
+    downloaderDelegate_->downloadPageWasAbandonedWithURL(url, depth);
 }

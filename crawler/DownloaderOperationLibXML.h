@@ -1,21 +1,26 @@
 #pragma once
 
+#include "crawler/DelegateRelay.h"
 #include "crawler/DownloaderDelegate.h"
 #include "crawler/Operation.h"
 #include "crawler/StartPageStop.h"
 #include "store/QuillmereDownloaderQueue.h"
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QSet>
 #include <QStringList>
 #include <QUrl>
-#include <QVariantMap>
 
 #include <atomic>
 #include <chrono>
 #include <memory>
 
+class CrawlTransaction;
 class FetchAhead;
+class HTMLLink;
+class HTMLNode;
+class HTMLParser;
 class Project;
 class RequestPacer;
 class RobotEntry;
@@ -66,7 +71,7 @@ public:
     double maxRequestsPerSecond() const;
 
     // A commit groups the work of at most this many queue entries, each entry whole, and
-    // is made at the latest this long after the group's first entry.
+    // is made after the first entry that ends this long or more after the group began.
     static constexpr int kEntriesPerCommit = 100;
     static constexpr qint64 kMillisecondsPerCommit = 250;
     // A page whose answer is not in after this long has what was done before it committed
@@ -85,7 +90,7 @@ public:
     void downloadFromWaitingQueue();
     void downloadAndPerformURL(const QString& url, const QString& path, const QString& documentName, qint32 depth);
 
-    // Relays: same calls as the delegate's, performed on the main thread while this waits.
+    // Relays: same calls as the delegate's, performed through relay_ while this waits.
     void downloaderDidStart();
     void downloaderDidEnd();
     void downloaderEndWithError(const QString& error);
@@ -104,21 +109,24 @@ public:
     void downloadPageWasAbandonedWithURL(const QString& url, qint32 depth);
     void crawlDidCommit();
 
-    // The main-thread halves: unpack the dictionary, call the delegate, store any result back.
+    // The halves that call the delegate, run where relay_ says: same arguments, same answer.
     void mainThreadDownloaderDidStart();
     void mainThreadDownloaderDidEnd();
-    void mainThreadDownloaderEndWithErrorAndDictionnary(QVariantMap& dictionary);
-    void mainThreadDownloadPageDidStartWithDictionnary(QVariantMap& dictionary);
-    void mainThreadDownloadPageDidEndWithDictionnary(QVariantMap& dictionary);
-    void mainThreadFoundPageWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadUpdatePageWithDictionnary(QVariantMap& dictionary);
-    void mainThreadFoundLinkNameWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadFoundLinkPageWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadGetPageFromURLWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadInitLinkProgressWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadSetLinkProgressWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadDownloadPageWasAbandonedWithDictionnary(QVariantMap& dictionary);
+    void mainThreadDownloaderEndWithErrorAndDictionnary(const QString& error);
+    void mainThreadDownloadPageDidStartWithDictionnary(const QString& url, qint32 depth);
+    void mainThreadDownloadPageDidEndWithDictionnary(const QString& url, qint32 depth);
+    QuillmerePagePtr mainThreadFoundPageWithMutableDictionnary(const QString& path, const QString& name,
+                                                               const QString& title, const QString& url, qint32 depth);
+    void mainThreadUpdatePageWithDictionnary(const QuillmerePagePtr& page, const QString& title);
+    bool mainThreadFoundLinkNameWithMutableDictionnary(const QString& path, const QString& name, const QString& anchor,
+                                                       const QString& url, qint32 depth, const QuillmerePagePtr& page);
+    bool mainThreadFoundLinkPageWithMutableDictionnary(const QuillmerePagePtr& pageTo, const QString& anchor,
+                                                       const QuillmerePagePtr& page);
+    QuillmerePagePtr mainThreadGetPageFromURLWithMutableDictionnary(const QString& url);
+    void mainThreadInitLinkProgressWithMutableDictionnary(qint32 linkCountMax);
+    void mainThreadSetLinkProgressWithMutableDictionnary(qint32 value, qint32 maxValue);
+    void mainThreadSetWaitingAndDoneQueueCountWithMutableDictionnary(qint32 waitingCount, qint32 doneCount);
+    void mainThreadDownloadPageWasAbandonedWithDictionnary(const QString& url, qint32 depth);
     void mainThreadCrawlDidCommit();
 
     // A redirect target already queued this many times is not queued again: the site
@@ -128,9 +136,24 @@ public:
 private:
     void loadRobotsTxt();
     void reportQueueCounts(bool recount);
+    void walkBatch(const QList<QuillmereDownloaderQueuePtr>& batch);
+    void commitGroup();
     void enqueue(const QString& url, const QString& path, const QString& documentName, qint32 depth);
     void analysePage(const QString& url, const QString& path, const QString& documentName, qint32 depth,
                      QuillmerePagePtr currentPage);
+    // The steps of analysePage, in their order.
+    bool fetchAndRecordAnswer(const QString& url, qint32 depth, QByteArray* data);
+    void recordPageWithoutHTML(const QString& url, const QString& path, const QString& documentName, qint32 depth,
+                               const QuillmerePagePtr& currentPage);
+    std::shared_ptr<HTMLParser> saveAndParse(const QByteArray& data);
+    bool stopsAtRobotsDirectives(const QString& url, const std::shared_ptr<HTMLNode>& head, const QString& title,
+                                 const QuillmerePagePtr& currentPage);
+    bool stopsAtCanonical(const QString& url, const std::shared_ptr<HTMLNode>& head, const QString& title,
+                          const QuillmerePagePtr& currentPage);
+    bool recordLinks(const QList<std::shared_ptr<HTMLNode>>& anchors, const QString& url, const QString& path,
+                     qint32 depth, const QuillmerePagePtr& currentPage, QList<std::shared_ptr<HTMLLink>>* linksToQueue);
+    bool isFollowedAnchor(const std::shared_ptr<HTMLNode>& anchor) const;
+    void queueLinks(const QList<std::shared_ptr<HTMLLink>>& links, qint32 depth);
     void performRedirect(const QString& url, qint32 depth);
     void logAnomaly(const QString& entry);
     QUrl requiredOriginOf(const QString& url) const;
@@ -155,13 +178,21 @@ private:
     QSet<QString> redirectTargets_;
     // Set when the page in hand was left unanalysed because the crawl is stopping.
     bool pageAbandoned_ = false;
-    // The delegate takes its calls on this thread (it shows no window).
-    bool direct_ = false;
+    // Runs the delegate's per-page calls: on the main thread, or on this thread for a
+    // delegate that shows no window. The start and end calls always go to the main thread.
+    DelegateRelay relay_;
     int parallelFetches_ = kDefaultParallelFetches;
     std::unique_ptr<RequestPacer> pacer_;
     std::unique_ptr<FetchAhead> fetchAhead_;
     // Pages this run analysed: not worth fetching ahead again.
     QSet<QString> analysedURLs_;
+    // The records of many entries go in one transaction: one commit for up to
+    // kEntriesPerCommit pages fetched ahead instead of one for each. Each entry's writes and
+    // its done mark stay in the same transaction, so a crash or a failed write leaves whole
+    // entries, and those not committed stay waiting for the next run.
+    std::unique_ptr<CrawlTransaction> group_;
+    int entriesInGroup_ = 0;
+    QElapsedTimer groupAge_;
     bool queueCountsKnown_ = false;
     qint64 waitingCount_ = 0;
     qint64 doneCount_ = 0;

@@ -2,7 +2,6 @@
 
 #include "crawler/CrawlTransaction.h"
 #include "crawler/MainThread.h"
-#include "crawler/RecordMetaTypes.h"
 #include "store/Project.h"
 #include "store/QuillmereLink.h"
 
@@ -35,27 +34,22 @@ void VacuumCleanerOperation::main()
 
 void VacuumCleanerOperation::vacuumCleanerDidStart()
 {
-    MainThread::performAndWait([this] { mainThreadVacuumCleanerDidStart(); });
+    MainThread::performAndWaitFor([this] { mainThreadVacuumCleanerDidStart(); });
 }
 
 void VacuumCleanerOperation::vacuumProgressIndex(qint32 currentIndex, qint32 maxIndex)
 {
-    QVariantMap dictionary;
-    dictionary.insert(QStringLiteral("currentIndex"), currentIndex);
-    dictionary.insert(QStringLiteral("maxIndex"), maxIndex);
-    MainThread::performAndWait([&] { mainThreadVacuumProgressIndexWithMutableDictionnary(dictionary); });
+    MainThread::performAndWaitFor([&] { mainThreadVacuumProgressIndexWithMutableDictionnary(currentIndex, maxIndex); });
 }
 
 void VacuumCleanerOperation::vacuumingPage(const QuillmerePagePtr& page)
 {
-    QVariantMap dictionary;
-    dictionary.insert(QStringLiteral("page"), pageVariant(page));
-    MainThread::performAndWait([&] { mainThreadVacuumingWithMutableDictionnary(dictionary); });
+    MainThread::performAndWaitFor([&] { mainThreadVacuumingWithMutableDictionnary(page); });
 }
 
 void VacuumCleanerOperation::vacuumCleanerDidEnd()
 {
-    MainThread::performAndWait([this] { mainThreadVacuumCleanerDidEnd(); });
+    MainThread::performAndWaitFor([this] { mainThreadVacuumCleanerDidEnd(); });
 }
 
 void VacuumCleanerOperation::mainThreadVacuumCleanerDidStart()
@@ -64,17 +58,16 @@ void VacuumCleanerOperation::mainThreadVacuumCleanerDidStart()
         vacuumDelegate_->vacuumCleanerDidStart();
 }
 
-void VacuumCleanerOperation::mainThreadVacuumProgressIndexWithMutableDictionnary(QVariantMap& dictionary)
+void VacuumCleanerOperation::mainThreadVacuumProgressIndexWithMutableDictionnary(qint32 currentIndex, qint32 maxIndex)
 {
     if (vacuumDelegate_)
-        vacuumDelegate_->vacuumProgressIndex(dictionary.value(QStringLiteral("currentIndex")).toInt(),
-                                             dictionary.value(QStringLiteral("maxIndex")).toInt());
+        vacuumDelegate_->vacuumProgressIndex(currentIndex, maxIndex);
 }
 
-void VacuumCleanerOperation::mainThreadVacuumingWithMutableDictionnary(QVariantMap& dictionary)
+void VacuumCleanerOperation::mainThreadVacuumingWithMutableDictionnary(const QuillmerePagePtr& page)
 {
     if (vacuumDelegate_)
-        vacuumDelegate_->vacuumingPage(pageFromVariant(dictionary.value(QStringLiteral("page"))));
+        vacuumDelegate_->vacuumingPage(page);
 }
 
 void VacuumCleanerOperation::mainThreadVacuumCleanerDidEnd()

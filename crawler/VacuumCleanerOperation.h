@@ -3,8 +3,6 @@
 #include "crawler/Operation.h"
 #include "crawler/VacuumCleanerDelegate.h"
 
-#include <QVariantMap>
-
 #include <memory>
 
 class Project;
@@ -32,8 +30,8 @@ public:
     void vacuumCleanerDidEnd();
 
     void mainThreadVacuumCleanerDidStart();
-    void mainThreadVacuumProgressIndexWithMutableDictionnary(QVariantMap& dictionary);
-    void mainThreadVacuumingWithMutableDictionnary(QVariantMap& dictionary);
+    void mainThreadVacuumProgressIndexWithMutableDictionnary(qint32 currentIndex, qint32 maxIndex);
+    void mainThreadVacuumingWithMutableDictionnary(const QuillmerePagePtr& page);
     void mainThreadVacuumCleanerDidEnd();
 
 private:
