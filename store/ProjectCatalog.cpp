@@ -39,6 +39,14 @@ QString ProjectCatalog::filesOutsideText(const QString& name, const QString& esc
         .arg(manager_.storeFilePath(), name, manager_.applicationFilesDirectory(), escaping);
 }
 
+ProjectCatalog::Result ProjectCatalog::registryRefusal(const RegistryLock& registry) const
+{
+    return refused(Outcome::Refused, registry.errorString().isEmpty()
+                                         ? text_.text("ProjectErrorRegistryBusy").arg(manager_.storeFilePath())
+                                         : text_.text("ProjectErrorCannotLockRegistry")
+                                               .arg(registry.path(), registry.errorString()));
+}
+
 ProjectCatalog::Result ProjectCatalog::refused(Outcome outcome, const QString& why) const
 {
     Result result;
@@ -121,10 +129,7 @@ ProjectCatalog::Result ProjectCatalog::create(const QString& name, const QString
     // From the look-up to the save, no other process changes the registry.
     RegistryLock registry(manager_.storeFilePath());
     if (!registry.lock())
-        return refused(Outcome::Refused, registry.errorString().isEmpty()
-                                             ? text_.text("ProjectErrorRegistryBusy").arg(manager_.storeFilePath())
-                                             : text_.text("ProjectErrorCannotLockRegistry")
-                                                   .arg(registry.path(), registry.errorString()));
+        return registryRefusal(registry);
     const QString sqliteName = name + QStringLiteral(".sqlite");
     for (const auto& existing : Project::getAllProjects()) {
         if (existing->name() == name || existing->sqlite_name() == sqliteName)
@@ -187,10 +192,7 @@ ProjectCatalog::Result ProjectCatalog::remove(const std::shared_ptr<Project>& pr
         return refused(Outcome::StoreUnavailable, QString());
     RegistryLock registry(manager_.storeFilePath());
     if (!registry.lock())
-        return refused(Outcome::Refused, registry.errorString().isEmpty()
-                                             ? text_.text("ProjectErrorRegistryBusy").arg(manager_.storeFilePath())
-                                             : text_.text("ProjectErrorCannotLockRegistry")
-                                                   .arg(registry.path(), registry.errorString()));
+        return registryRefusal(registry);
     const QString name = project->name();
     const QString database = project->full_sqlite_name();
     project->closeSQLiteDatabase();

@@ -11,6 +11,7 @@
 #include <optional>
 
 class DataModelManager;
+class RegistryLock;
 class Project;
 class StringTable;
 
@@ -70,6 +71,8 @@ public:
 private:
     bool isStillRegistered(const Project& project) const;
     Result refused(Outcome outcome, const QString& why) const;
+    // Another process held the registry too long, or the system refused its lock.
+    Result registryRefusal(const RegistryLock& registry) const;
     void removeDatabaseFiles(const QString& databasePath) const;
 
     DataModelManager& manager_;
