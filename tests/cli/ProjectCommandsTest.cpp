@@ -1,4 +1,5 @@
 #include "support/CliRunner.h"
+#include "support/UnprivilegedRun.h"
 
 #include <QDir>
 #include <QFile>
@@ -174,12 +175,14 @@ TEST(ProjectCommandsDataDir, AnUnwritableDataDirectory)
 
 TEST(ProjectCommandsDataDir, AReadOnlyDataDirectory)
 {
-    if (geteuid() == 0)
-        GTEST_SKIP() << "permissions do not stop root";
     QTemporaryDir dir;
     ASSERT_EQ(runCli({"new", "a", "http://example.com"}, dir.path()).exitCode, 0);
-    QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
-    const CliResult r = runCli({"new", "b", "http://example.org"}, dir.path());
+    // Permissions do not stop root: as root the program runs as a user who may only read.
+    if (::geteuid() == 0)
+        openTo(dir.path(), false);
+    else
+        QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    const CliResult r = runUnprivileged({"new", "b", "http://example.org"}, dir.path());
     QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_FALSE(QFileInfo::exists(dir.path() + "/b.sqlite"));
