@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QUrl>
+
+// robots.txt read as RFC 9309 says: the groups whose user-agent lines name the crawler's
+// product token (case-insensitive, the token's own characters only), else the "*" groups,
+// merged when several match; the longest matching rule wins, Allow over Disallow when two
+// are as long; "*" matches any run of characters and a final "$" anchors the end; paths are
+// compared with percent-escapes normalised. /robots.txt itself is always allowed. Used by
+// the web rules only.
+class RobotsPolicy {
+public:
+    struct Verdict {
+        bool allowed = true;
+        // The rule that decided, as the file wrote it ("Disallow: /private/"); "" when no
+        // rule matched.
+        QString rule;
+    };
+
+    // Everything allowed: no file (4xx), or robots.txt ignored.
+    static RobotsPolicy allowAll();
+    // Everything disallowed: the server failed (5xx) or could not be reached.
+    static RobotsPolicy disallowAll(const QString& why);
+    // The rules of a file's body (at most the first 500 KiB are read), for `productToken`
+    // (the crawler's name, "Quillmere").
+    static RobotsPolicy parse(const QByteArray& body, const QString& productToken);
+    // The policy an answer to GET /robots.txt gives: 2xx parses the body, 4xx allows all,
+    // 5xx or no answer (status 0) disallows all.
+    static RobotsPolicy fromAnswer(int status, const QByteArray& body, const QString& productToken);
+
+    // The verdict for a URL's path and query.
+    Verdict check(const QUrl& url) const;
+
+    int ruleCount() const { return int(rules_.size()); }
+
+private:
+    struct Rule {
+        bool allow = false;
+        QString pattern;  // as normalised for matching
+        QString written;  // "Disallow: /x" as in the file
+    };
+    QList<Rule> rules_;
+    bool disallowEverything_ = false;
+    QString disallowReason_;
+};
