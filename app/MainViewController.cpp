@@ -14,6 +14,7 @@
 #include "app/SplitView.h"
 #include "app/WebPreviewPage.h"
 #include "crawler/CrawlAndVacuum.h"
+#include "crawler/CrawlOperationFactory.h"
 #include "crawler/CrawlRecordKeeper.h"
 #include "crawler/CrawlSettings.h"
 #include "crawler/CrawlStartDecision.h"
@@ -164,7 +165,7 @@ void MainViewController::queueCrawler()
     // operation (see stopAndWaitForOperations).
     std::shared_ptr<DownloaderDelegate> delegate(std::shared_ptr<void>(), static_cast<DownloaderDelegate*>(this));
     std::shared_ptr<VacuumCleanerDelegate> cleaner(std::shared_ptr<void>(), static_cast<VacuumCleanerDelegate*>(this));
-    downloaderOperation_ = DownloaderOperationLibXML::initWithProject(currentProject_, delegate);
+    downloaderOperation_ = CrawlOperationFactory::operationForProject(currentProject_, delegate);
     // The window has no options of its own: the command line's defaults, the bound on a
     // whole transfer among them.
     CrawlSettings().applyTo(*downloaderOperation_);

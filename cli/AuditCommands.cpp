@@ -4,6 +4,9 @@
 #include "cli/ProjectAccess.h"
 #include "cli/ReportOptions.h"
 #include "cli/ReportWriter.h"
+#include "cli/WebAuditCommands.h"
+#include "store/LinkRules.h"
+#include "store/WebAudit.h"
 #include "store/AuditListing.h"
 #include "store/Project.h"
 #include "store/SitemapWriter.h"
@@ -83,6 +86,8 @@ int runListing(CliContext& context, AuditListing::Kind kind)
     if (!project)
         return status;
     const bool broken = kind == AuditListing::Kind::Broken;
+    if (broken && LinkRulesStore::of(project) == LinkRules::Web)
+        return WebAuditCommands::runBroken(context, project);
     QStringList keys, headers;
     if (broken) {
         keys = {QStringLiteral("url"), QStringLiteral("status"), QStringLiteral("sourceUrl"), QStringLiteral("anchor")};
@@ -136,6 +141,11 @@ int runListing(CliContext& context, AuditListing::Kind kind)
         return failWith(ExitUsage, CliText::tr("CliErrorUnreadableDatabase").arg(project->name()));
     writer.setTitle(CliText::tr(broken ? "CliBrokenTitle" : "CliRedirectsTitle").arg(urls).arg(links));
     writer.finish();
+    if (broken) {
+        // Said on standard error: the formats for programs stay as they are.
+        if (const qint64 misread = WebAudit::countClassicMisreadBroken(project))
+            printErr(CliText::tr("CliClassicMisreadHint").arg(misread));
+    }
     return ExitOk;
 }
 

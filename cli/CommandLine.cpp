@@ -56,6 +56,7 @@ bool CommandLine::parse(const QStringList& arguments, const QList<CommandSpec>& 
                 if (!takeValue(option, &value))
                     return false;
                 parsed->values.insert(option, value);
+                parsed->lists[option].append(value);
                 continue;
             }
             if (spec && spec->flagOptions.contains(option) && option == arg) {

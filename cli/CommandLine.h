@@ -20,7 +20,8 @@ struct CommandSpec {
 struct ParsedCommand {
     QString command;
     QStringList operands;
-    QMap<QString, QString> values;
+    QMap<QString, QString> values;       // the last value of each option
+    QMap<QString, QStringList> lists;    // every value of each option, in order (repeatable options)
     QSet<QString> flags;
     bool help = false;
 };

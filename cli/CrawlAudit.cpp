@@ -4,6 +4,8 @@
 #include "cli/CliText.h"
 #include "crawler/StartPageDiagnosis.h"
 #include "store/FetchLog.h"
+#include "store/LinkRules.h"
+#include "store/WebAudit.h"
 #include "store/Project.h"
 
 #include <cstdio>
@@ -21,8 +23,16 @@ void setFailOnBroken(bool fail)
 
 void complete(const ProjectPtr& project, const StartPageStop& stop, ReportCommands::CrawlRunFigures* figures)
 {
+    if (LinkRulesStore::of(project) == LinkRules::Web) {
+        figures->webRules = true;
+        figures->brokenLinks = WebAudit::countBrokenLinks(project);
+        figures->brokenTargets = WebAudit::countBrokenTargets(project);
+        figures->brokenFragments = WebAudit::countBrokenFragments(project);
+        return;  // a web crawl lists every page it could not read: nothing else to explain
+    }
     figures->brokenLinks = FetchLog::countBrokenLinks(project);
     figures->brokenTargets = FetchLog::countBrokenTargets(project);
+    figures->misreadBroken = WebAudit::countClassicMisreadBroken(project);
     if (!figures->stopped)
         figures->whyNothing = whyNothingWasAnalysed(project, stop);
 }
@@ -31,6 +41,13 @@ int exitStatus(const ProjectPtr& project, int status, const ReportCommands::Craw
 {
     if (status != ExitOk || !g_failOnBroken)
         return status;
+    if (figures.webRules) {
+        // Pages, resources and external links alike; the start page among them.
+        if (figures.brokenTargets == 0)
+            return status;
+        failWith(ExitBrokenLinks, CliText::tr("CliFailOnBroken").arg(figures.brokenLinks).arg(figures.brokenTargets));
+        return ExitBrokenLinks;
+    }
     // No page links to the start page: its failure counts for none of the links, yet the site
     // could not be checked at all.
     const FetchLogPtr start = FetchLog::getFetchLogWithURL(project->url(), project);

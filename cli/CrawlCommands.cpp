@@ -8,6 +8,8 @@
 #include "cli/ProjectLocking.h"
 #include "cli/ReportCommands.h"
 #include "cli/StopSignal.h"
+#include "cli/WebOptions.h"
+#include "crawler/CrawlOperationFactory.h"
 #include "crawler/CrawlAndVacuum.h"
 #include "crawler/CrawlStartDecision.h"
 #include "crawler/DownloaderCmdLineTestController.h"
@@ -17,6 +19,7 @@
 #include "crawler/VacuumCleanerOperation.h"
 #include "fetch/SynchronizedWebCall.h"
 #include "store/DataModelManager.h"
+#include "store/LinkRules.h"
 #include "store/Project.h"
 #include "store/ProjectCatalog.h"
 #include "store/ProjectLock.h"
@@ -144,20 +147,23 @@ bool parseMaxTransferTime(const CliContext& context, CrawlSettings* settings)
 QList<CommandSpec> specs()
 {
     return {
-        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S] [--max-transfer-time S] [--fail-on-broken] [--parallel N] [--max-rate R]"),
-         CliText::tr("CliCrawlSummary"), CliText::tr("CliCrawlDetails"),
-         1, 1, {QStringLiteral("--timeout"), QStringLiteral("--max-transfer-time"), QStringLiteral("--parallel"), QStringLiteral("--max-rate")},
-         {QStringLiteral("--continue"), QStringLiteral("--restart"), QStringLiteral("--fail-on-broken")}},
-        {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME] [--max-transfer-time S]"),
-         CliText::tr("CliCrawlURLSummary"), CliText::tr("CliCrawlURLDetails"), 1, 1,
-         {QStringLiteral("--name"), QStringLiteral("--max-transfer-time")}, {}},
+        {QStringLiteral("crawl"), QStringLiteral("crawl NAME [--continue|--restart] [--timeout S] [--max-transfer-time S] [--fail-on-broken] [--parallel N] [--max-rate R]\n"
+                                                 "        [web rules: --no-external --ignore-robots --include RE --exclude RE --user-agent UA\n"
+                                                 "         --header \"N: v\" --max-page-size BYTES --external-timeout S --per-host N]"),
+         CliText::tr("CliCrawlSummary"), CliText::tr("CliCrawlDetails") + WebOptions::crawlHelp(),
+         1, 1, QStringList{QStringLiteral("--timeout"), QStringLiteral("--max-transfer-time"), QStringLiteral("--parallel"), QStringLiteral("--max-rate")} + WebOptions::crawlValueOptions(),
+         QStringList{QStringLiteral("--continue"), QStringLiteral("--restart"), QStringLiteral("--fail-on-broken")} + WebOptions::crawlFlagOptions()},
+        {QStringLiteral("crawl-url"), QStringLiteral("crawl-url URL [--name NAME] [--max-transfer-time S] [--rules classic|web] [web rules' options of crawl]"),
+         CliText::tr("CliCrawlURLSummary"), CliText::tr("CliCrawlURLDetails") + WebOptions::rulesHelp() + WebOptions::crawlHelp(), 1, 1,
+         QStringList{QStringLiteral("--name"), QStringLiteral("--max-transfer-time"), QStringLiteral("--rules")} + WebOptions::crawlValueOptions(),
+         WebOptions::crawlFlagOptions()},
         {QStringLiteral("vacuum"), QStringLiteral("vacuum NAME"),
          CliText::tr("CliVacuumSummary"), QString(), 1, 1,
          {}, {}},
     };
 }
 
-int crawlAndReport(const ProjectPtr& project, const CrawlSettings& settings)
+int crawlAndReport(const ProjectPtr& project, const CrawlSettings& settings, const WebCrawlOptions& webOptions)
 {
     ReportCommands::CrawlRunFigures figures;
     QString databaseError;
@@ -168,8 +174,9 @@ int crawlAndReport(const ProjectPtr& project, const CrawlSettings& settings)
         auto controller = std::make_shared<CliCrawlController>(project);
         std::shared_ptr<DownloaderDelegate> delegate(controller, static_cast<DownloaderDelegate*>(controller.get()));
         std::shared_ptr<VacuumCleanerDelegate> cleaner(controller, static_cast<VacuumCleanerDelegate*>(controller.get()));
-        auto operation = DownloaderOperationLibXML::initWithProject(project, delegate);
+        auto operation = CrawlOperationFactory::operationForProject(project, delegate);
         settings.applyTo(*operation);
+        WebOptions::applyTo(*operation, webOptions);
         QEventLoop loop;
         StopSignal::install(operation->canContinueFlag());
         CrawlAndVacuum::start(&queue, operation, project, cleaner, {}, [&loop] { loop.quit(); });
@@ -214,6 +221,10 @@ int runCrawl(CliContext& context)
     if (!settings.parse(parallel, maxRate, &why))
         return failWith(ExitUsage, CliText::tr("CliErrorBadMaxRate"));
     int status = ExitOk;
+    WebCrawlOptions webOptions;
+    bool webOptionsGiven = false;
+    if (!WebOptions::crawlOptions(context, &webOptions, &webOptionsGiven, &status))
+        return status;
     const auto need = context.command.flags.contains(QStringLiteral("--restart")) ? ProjectAccess::Need::Restart
                                                                                    : ProjectAccess::Need::Write;
     ProjectPtr project = ProjectAccess::open(context, context.command.operands.value(0), need, &status);
@@ -222,6 +233,8 @@ int runCrawl(CliContext& context)
     const auto lock = ProjectLocking::take(project->name(), project->full_sqlite_name(), QStringLiteral("crawl"), &status);
     if (!lock)
         return status;
+    if (!WebOptions::acceptedBy(project, context, webOptionsGiven, &status))
+        return status;
     const Choice choice = decide(context, project, &status);
     // The decision counts pages and queue entries: counts that failed must not lead to a
     // restart's deletes or to a fresh start over old pages.
@@ -229,7 +242,7 @@ int runCrawl(CliContext& context)
         return failed;
     if (!CrawlStartDecision::apply(choice, project))
         return status;
-    return crawlAndReport(project, settings);
+    return crawlAndReport(project, settings, webOptions);
 }
 
 int runCrawlURL(CliContext& context)
@@ -243,6 +256,16 @@ int runCrawlURL(CliContext& context)
     CrawlSettings settings;
     if (!parseMaxTransferTime(context, &settings))
         return failWith(ExitUsage, CliText::tr("CliErrorBadMaxTransferTime"));
+    int status = ExitOk;
+    LinkRules rules = LinkRules::Classic;
+    if (!WebOptions::rules(context, &rules, &status))
+        return status;
+    WebCrawlOptions webOptions;
+    bool webOptionsGiven = false;
+    if (!WebOptions::crawlOptions(context, &webOptions, &webOptionsGiven, &status))
+        return status;
+    if (webOptionsGiven && rules != LinkRules::Web)
+        return failWith(ExitUsage, CliText::tr("CliErrorWebOptionsNeedWebRules"));
     QString name = context.command.values.value(QStringLiteral("--name"));
     if (name.isEmpty())
         name = QUrl(url).host();
@@ -252,7 +275,7 @@ int runCrawlURL(CliContext& context)
     // The project is saved before its crawl begins: a crawl killed outright leaves a project
     // to continue, not a database that no project names.
     ProjectCatalog catalog(*manager, StringTable::forLanguage(CliText::language()));
-    const ProjectCatalog::Result created = catalog.create(name, url, -1, -1, QStringLiteral("quillmere crawl-url"));
+    const ProjectCatalog::Result created = catalog.create(name, url, -1, -1, QStringLiteral("quillmere crawl-url"), {}, rules);
     switch (created.outcome) {
     case ProjectCatalog::Outcome::Done:
         break;
@@ -273,8 +296,9 @@ int runCrawlURL(CliContext& context)
     StartPageStop startPageStop;
     {
         auto driver = std::make_shared<DownloaderCmdLineTestController>();
-        driver->launchTestWithProject(created.project, [&settings](DownloaderOperationLibXML& operation) {
+        driver->launchTestWithProject(created.project, [&settings, &webOptions](DownloaderOperationLibXML& operation) {
             operation.syncWebCall()->setMaxTransferInterval(settings.maxTransferTime);
+            WebOptions::applyTo(operation, webOptions);
         });
         project = driver->project();
         if (!project || !driver->downloaderOperation())
@@ -309,6 +333,10 @@ int runVacuum(CliContext& context)
     const auto lock = ProjectLocking::take(project->name(), project->full_sqlite_name(), QStringLiteral("vacuum"), &status);
     if (!lock)
         return status;
+    if (LinkRulesStore::of(project) == LinkRules::Web) {
+        printOut(CliText::tr("CliVacuumWeb").arg(project->name()));
+        return ExitOk;
+    }
     qint64 cleaned = 0;
     {
         OperationQueue queue;

@@ -2,6 +2,7 @@
 
 #include "cli/CliContext.h"
 #include "crawler/CrawlSettings.h"
+#include "crawler/WebCrawlOptions.h"
 
 #include <QList>
 
@@ -18,5 +19,6 @@ int runVacuum(CliContext& context);
 
 // Crawls the project (the crawler made as for a new crawl; the caller prepared a restart),
 // then vacuums it, showing progress, and prints the report. Answers the exit status.
-int crawlAndReport(const std::shared_ptr<Project>& project, const CrawlSettings& settings = CrawlSettings());
+int crawlAndReport(const std::shared_ptr<Project>& project, const CrawlSettings& settings = CrawlSettings(),
+                   const WebCrawlOptions& webOptions = WebCrawlOptions());
 } // namespace CrawlCommands

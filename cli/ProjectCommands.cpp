@@ -1,5 +1,7 @@
 #include "cli/ProjectCommands.h"
 
+#include "cli/WebOptions.h"
+
 #include "cli/CliText.h"
 #include "cli/NewProjectFiles.h"
 #include "store/DataModelManager.h"
@@ -16,9 +18,9 @@ namespace ProjectCommands {
 QList<CommandSpec> specs()
 {
     return {
-        {QStringLiteral("new"), QStringLiteral("new NAME URL [--depth N] [--pages N]"),
-         CliText::tr("CliNewSummary"), CliText::tr("CliNewDetails"),
-         2, 2, {QStringLiteral("--depth"), QStringLiteral("--pages")}, {}},
+        {QStringLiteral("new"), QStringLiteral("new NAME URL [--depth N] [--pages N] [--rules classic|web]"),
+         CliText::tr("CliNewSummary"), CliText::tr("CliNewDetails") + WebOptions::rulesHelp(),
+         2, 2, {QStringLiteral("--depth"), QStringLiteral("--pages"), QStringLiteral("--rules")}, {}},
         {QStringLiteral("projects"), QStringLiteral("projects"),
          CliText::tr("CliProjectsSummary"), CliText::tr("CliProjectsDetails"),
          0, 0, {}, {}},
@@ -72,6 +74,10 @@ int runNew(CliContext& context)
     if (context.command.values.contains(QStringLiteral("--pages"))
         && !parseLimit(context.command.values.value(QStringLiteral("--pages")), &pages, &why))
         return failWith(ExitUsage, why);
+    int status = ExitOk;
+    LinkRules rules = LinkRules::Classic;
+    if (!WebOptions::rules(context, &rules, &status))
+        return status;
 
     DataModelManager* manager = context.appDelegate->dataModelManager();
     ProjectCatalog catalog(*manager, cliText());
@@ -83,7 +89,7 @@ int runNew(CliContext& context)
                        .arg(project.name(), manager->applicationFilesDirectory(), reason, file);
         return false;
     };
-    const ProjectCatalog::Result created = catalog.create(name, typed, depth, pages, QStringLiteral("quillmere new"), verify);
+    const ProjectCatalog::Result created = catalog.create(name, typed, depth, pages, QStringLiteral("quillmere new"), verify, rules);
     switch (created.outcome) {
     case ProjectCatalog::Outcome::Done:
         break;

@@ -1,5 +1,8 @@
 #include "cli/ReportCommands.h"
 
+#include "store/LinkRules.h"
+#include "store/WebAudit.h"
+
 #include "cli/CliText.h"
 #include "cli/ProjectAccess.h"
 #include "cli/ReportOptions.h"
@@ -158,6 +161,34 @@ QString label(const char* key)
     return text.size() >= 16 ? text + QLatin1Char(' ') : text.leftJustified(16);
 }
 
+// The web rules' targets, a line per kind: how many, by status class.
+QString webCounts(const ProjectPtr& project)
+{
+    const auto counts = WebAudit::countsByKind(project);
+    static const char* const kinds[][2] = {{"page", "CliReportWebPages"},
+                                           {"resource", "CliReportWebResources"},
+                                           {"external", "CliReportWebExternal"},
+                                           {"other", "CliReportWebOther"}};
+    static const char* const classes[] = {"2xx",      "3xx",     "4xx",     "5xx",         "failed", "blocked",
+                                          "robots",   "excluded", "skipped", "not-checked", "pending"};
+    QString out = CliText::tr("CliReportWebTitle") + QLatin1Char('\n');
+    for (const auto& kind : kinds) {
+        const auto byClass = counts.value(QLatin1String(kind[0]));
+        qint64 total = 0;
+        QStringList parts;
+        for (const char* name : classes) {
+            const qint64 n = byClass.value(QLatin1String(name));
+            total += n;
+            if (n > 0)
+                parts << QStringLiteral("%1 %2").arg(QLatin1String(name)).arg(n);
+        }
+        out += QStringLiteral("  ") + label(kind[1]) + QString::number(total)
+               + (parts.isEmpty() ? QString() : QStringLiteral(" (") + parts.join(QStringLiteral(", ")) + QLatin1Char(')'))
+               + QLatin1Char('\n');
+    }
+    return out;
+}
+
 // The page a URL names, typed with its escapes (%20) or without them (a space, é), and with
 // or without its trailing "/".
 QuillmerePagePtr pageForTypedURL(const QString& typed, const ProjectPtr& project)
@@ -196,6 +227,7 @@ int runShow(CliContext& context)
     QString out;
     out += label("CliShowProject") + DisplayText::escapeControls(project->name()) + QLatin1Char('\n');
     out += label("CliShowURL") + DisplayText::escapeControls(project->url()) + QLatin1Char('\n');
+    out += label("CliShowRules") + LinkRulesStore::nameOf(LinkRulesStore::of(project)) + QLatin1Char('\n');
     out += label("CliShowCreated") + dateText(project->creation_date()) + QLatin1Char('\n');
     out += label("CliShowLimits")
            + CliText::tr("CliShowLimitsValue").arg(limitText(project->limit_depth()), limitText(project->limit_page_count()))
@@ -314,6 +346,12 @@ void printCrawlReport(const std::shared_ptr<Project>& project, const CrawlRunFig
            + QLatin1Char('\n');
     out += label("CliReportBroken")
            + CliText::tr("CliReportBrokenValue").arg(figures.brokenLinks).arg(figures.brokenTargets) + QLatin1Char('\n');
+    if (figures.webRules) {
+        out += label("CliReportBrokenFragments") + QString::number(figures.brokenFragments) + QLatin1Char('\n');
+        out += webCounts(project);
+    }
+    if (figures.misreadBroken > 0)
+        out += CliText::tr("CliClassicMisreadHint").arg(figures.misreadBroken) + QLatin1Char('\n');
     out += filterCounts(project);
     out += topPages(project, 10);
     if (!figures.whyNothing.isEmpty())

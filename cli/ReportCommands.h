@@ -23,6 +23,9 @@ struct CrawlRunFigures {
     qint64 brokenLinks = 0;    // links found on crawled pages whose target is broken
     qint64 brokenTargets = 0;  // the targets they reach
     QString whyNothing;        // when the crawl analysed nothing: why, and what to do
+    bool webRules = false;     // the project reads links as a browser does
+    qint64 brokenFragments = 0;  // web rules: links whose #fragment the target lacks
+    qint64 misreadBroken = 0;  // classic rules: broken URLs from links a browser reads otherwise
 };
 // The summary of a crawl on standard output.
 void printCrawlReport(const std::shared_ptr<Project>& project, const CrawlRunFigures& figures);

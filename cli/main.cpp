@@ -1,5 +1,6 @@
 // quillmere: the command-line face of the crawler.
 #include "cli/AuditCommands.h"
+#include "cli/WebAuditCommands.h"
 #include "cli/CheckCommand.h"
 #include "cli/CliContext.h"
 #include "cli/CliText.h"
@@ -42,6 +43,10 @@ QList<Command> commands()
     list.append({auditSpecs[0], AuditCommands::runBroken, true});
     list.append({auditSpecs[1], AuditCommands::runRedirects, true});
     list.append({auditSpecs[2], AuditCommands::runSitemap, true});
+    const auto webSpecs = WebAuditCommands::specs();
+    list.append({webSpecs[0], WebAuditCommands::runExternal, true});
+    list.append({webSpecs[1], WebAuditCommands::runFragments, true});
+    list.append({webSpecs[2], WebAuditCommands::runRobots, true});
     list.append({CheckCommand::spec(), CheckCommand::run, true});
     list.append({DemoCommand::spec(), DemoCommand::run});
     return list;

@@ -5,6 +5,7 @@
 #include "base/DebugTrace.h"
 #include "store/Project.h"
 #include "store/RedirectChain.h"
+#include "store/WebStore.h"
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/QuillmereLink.h"
 
@@ -92,6 +93,9 @@ void CrawlRecordKeeper::restartProject(const std::shared_ptr<Project>& project)
     writeCommittedCount(project, 0);
     project->truncateSQLiteDatabase();
     RedirectChain::clear(project);
+    // A web project starts again from nothing: the headers, targets and links of the crawl
+    // it replaces would make its checks and counts wrong.
+    WebStore::clear(project->sqlite3Database());
     project->setPages_count(0);
     project->setMax_depth(0);
 }

@@ -1,5 +1,7 @@
 #include "crawler/DownloaderCmdLineTestController.h"
 
+#include "crawler/CrawlOperationFactory.h"
+
 #include "crawler/DownloaderOperationLibXML.h"
 #include "crawler/OperationQueue.h"
 #include "store/ApplicationDelegate.h"
@@ -27,7 +29,7 @@ void DownloaderCmdLineTestController::launchTestWithProject(const std::shared_pt
     // The operation holds its delegate; an aliasing pointer keeps that from owning this
     // controller, which owns the queue that runs the operation.
     std::shared_ptr<DownloaderDelegate> self(std::shared_ptr<DownloaderDelegate>(), this);
-    operation_ = DownloaderOperationLibXML::initWithProject(project_, self);
+    operation_ = CrawlOperationFactory::operationForProject(project_, self);
     if (prepare)
         prepare(*operation_);
     operationsQueue_->addOperation(operation_);

@@ -133,6 +133,10 @@ public:
     // redirects in a loop.
     static constexpr qint64 kMaximumRedirectEntries = 20;
 
+protected:
+    // For a crawl that walks the queue its own way (the web rules).
+    void setDatabaseError(const QString& error) { databaseError_ = error; }
+
 private:
     void loadRobotsTxt();
     void reportQueueCounts(bool recount);

@@ -1,5 +1,7 @@
 #include "crawler/VacuumCleanerOperation.h"
 
+#include "store/LinkRules.h"
+
 #include "crawler/CrawlTransaction.h"
 #include "crawler/MainThread.h"
 #include "store/Project.h"
@@ -14,6 +16,11 @@ VacuumCleanerOperation::VacuumCleanerOperation(std::shared_ptr<Project> project,
 void VacuumCleanerOperation::main()
 {
     vacuumCleanerDidStart();
+    // A web crawl counts its pages' links exactly when it ends: nothing to take off.
+    if (LinkRulesStore::of(project_) == LinkRules::Web) {
+        vacuumCleanerDidEnd();
+        return;
+    }
     {
         // All or nothing: a vacuum cut short (killed, disk full) must not leave some counts
         // decremented, since running it again decrements them all again.

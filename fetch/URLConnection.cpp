@@ -2,6 +2,7 @@
 
 #include "fetch/PercentEscapes.h"
 #include "fetch/ResponseHeaderParser.h"
+#include "fetch/TransferHandlePool.h"
 #include "base/DebugTrace.h"
 
 #include <curl/curl.h>
@@ -90,74 +91,6 @@ constexpr int kPollMilliseconds = 100;
 FetchErrorPtr abandonedError()
 {
     return FetchError::errorWithCode(FetchError::Cancelled, QStringLiteral("the transfer was abandoned"));
-}
-
-// Handles kept between transfers. A handle pair is used by one transfer (one thread) at a
-// time; the multi handle holds the connection cache, so reusing the pair reuses the socket.
-class TransferHandlePool {
-public:
-    static TransferHandlePool& shared()
-    {
-        static TransferHandlePool pool;
-        return pool;
-    }
-    // The handles still kept at exit are closed with their connections.
-    ~TransferHandlePool() { releaseIdle(); }
-    bool take(void** easy, void** multi)
-    {
-        std::lock_guard lock(mutex_);
-        if (idle_.empty())
-            return false;
-        *easy = idle_.back().first;
-        *multi = idle_.back().second;
-        idle_.pop_back();
-        return true;
-    }
-    void giveBack(void* easy, void* multi)
-    {
-        curl_easy_reset(static_cast<CURL*>(easy));
-        {
-            std::lock_guard lock(mutex_);
-            if (idle_.size() < kMaximumIdle) {
-                idle_.emplace_back(easy, multi);
-                return;
-            }
-        }
-        close(easy, multi);
-    }
-    void releaseIdle()
-    {
-        std::vector<std::pair<void*, void*>> handles;
-        {
-            std::lock_guard lock(mutex_);
-            handles.swap(idle_);
-        }
-        for (const auto& [easy, multi] : handles)
-            close(easy, multi);
-    }
-    int idleCount()
-    {
-        std::lock_guard lock(mutex_);
-        return int(idle_.size());
-    }
-
-private:
-    static constexpr size_t kMaximumIdle = 16;
-    static void close(void* easy, void* multi)
-    {
-        if (multi)
-            curl_multi_cleanup(static_cast<CURLM*>(multi));
-        if (easy)
-            curl_easy_cleanup(static_cast<CURL*>(easy));
-    }
-    std::mutex mutex_;
-    std::vector<std::pair<void*, void*>> idle_;
-};
-
-void initialiseLibcurlOnce()
-{
-    static std::once_flag once;
-    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
 }
 
 bool isHTTPScheme(const QUrl& url)
@@ -264,7 +197,7 @@ std::unique_ptr<URLConnection> URLConnection::connectionWithRequest(const URLReq
 URLConnection::URLConnection(const URLRequest& request, URLConnectionDelegate* delegate)
     : delegate_(delegate), originalRequest_(request), currentRequest_(request)
 {
-    initialiseLibcurlOnce();
+    TransferHandlePool::initialiseLibcurl();
 }
 
 URLConnection::~URLConnection()
@@ -273,10 +206,7 @@ URLConnection::~URLConnection()
         TransferHandlePool::shared().giveBack(easy_, multi_);
         return;
     }
-    if (multi_)
-        curl_multi_cleanup(static_cast<CURLM*>(multi_));
-    if (easy_)
-        curl_easy_cleanup(static_cast<CURL*>(easy_));
+    TransferHandlePool::close(easy_, multi_);
 }
 
 void URLConnection::releaseIdleTransfers()

@@ -28,9 +28,10 @@ struct WebRequestOptions {
 // One answer, whatever it was.
 struct WebResponse {
     FetchOutcome outcome;        // status or failure, final URL, redirect chain, time, date
-    QString contentType;         // "" when none
+    QString contentType;         // the Content-Type field as sent, parameters included; "" when none
     qint64 contentLength = -1;   // declared; -1 when absent
-    QByteArray body;             // the body when its type is kept and it came whole; null otherwise
+    QByteArray body;             // the body when its type is kept and it came whole (empty, not null, when
+                                 // empty); null otherwise, and never for a redirect with a Location
     QString location;            // absolute URL of a redirect answered and not followed; null otherwise
     QList<QPair<QByteArray, QByteArray>> headers;  // the final response's header fields, names in lower case
     bool abandoned = false;      // canContinue read false during the transfer
@@ -46,7 +47,10 @@ public:
     static WebResponse head(const QUrl& url, const WebRequestOptions& options,
                             const std::atomic<bool>* canContinue = nullptr);
     // A link check: HEAD, then GET (headers only) when HEAD failed or answered 4xx, 5xx;
-    // redirects followed. The answer of the request that counted.
+    // redirects followed. The answer of the request that counted. No GET follows a 429 (when
+    // to ask again is the caller's decision, see the "retry-after" header), nor a failure a
+    // second request would only repeat: refused, unknown host, bad URL, too many redirects,
+    // abandoned.
     static WebResponse check(const QUrl& url, const WebRequestOptions& options,
                              const std::atomic<bool>* canContinue = nullptr);
 };

@@ -35,13 +35,24 @@ public:
     Verdict check(const QUrl& url) const;
 
     int ruleCount() const { return int(rules_.size()); }
+    // True for disallowAll and for the answers that make one; why() says what happened
+    // ("robots.txt answered 503"), "" otherwise.
+    bool disallowsEverything() const { return disallowEverything_; }
+    QString why() const { return disallowReason_; }
 
 private:
     struct Rule {
         bool allow = false;
         QString pattern;  // as normalised for matching
         QString written;  // "Disallow: /x" as in the file
+        // The pattern cut at its "*"s (one piece when it has none), and whether a final "$"
+        // ties its last piece to the end of the path.
+        QList<QString> pieces;
+        bool anchored = false;
+        // The value's length in octets as the file wrote it: the longest match wins.
+        int octets = 0;
     };
+    static bool matches(const Rule& rule, const QString& path);
     QList<Rule> rules_;
     bool disallowEverything_ = false;
     QString disallowReason_;

@@ -1,5 +1,7 @@
 #include "store/ProjectCatalog.h"
 
+#include "store/LinkRules.h"
+
 #include "store/DataModelManager.h"
 #include "base/DebugTrace.h"
 #include "store/ManagedObjectContext.h"
@@ -113,7 +115,8 @@ void ProjectCatalog::removeDatabaseFiles(const QString& databasePath) const
 }
 
 ProjectCatalog::Result ProjectCatalog::create(const QString& name, const QString& typedURL, qint32 limitDepth,
-                                              qint32 limitPageCount, const QString& purpose, const Verify& verify)
+                                              qint32 limitPageCount, const QString& purpose, const Verify& verify,
+                                              LinkRules rules)
 {
     QString why;
     if (!ProjectRules::isUsableName(name, text_, &why))
@@ -162,6 +165,11 @@ ProjectCatalog::Result ProjectCatalog::create(const QString& name, const QString
         removeDatabaseFiles(database);
     };
     if (!project->sqlite3Database()) {
+        undo();
+        return refused(Outcome::Refused,
+                       text_.text("CliErrorCannotCreateDatabase").arg(name, manager_.applicationFilesDirectory()));
+    }
+    if (rules == LinkRules::Web && !LinkRulesStore::makeWeb(project->sqlite3Database())) {
         undo();
         return refused(Outcome::Refused,
                        text_.text("CliErrorCannotCreateDatabase").arg(name, manager_.applicationFilesDirectory()));

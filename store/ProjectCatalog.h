@@ -3,6 +3,8 @@
 #include "store/ProjectLock.h"
 #include "store/ProjectLockRefusal.h"
 
+#include "store/LinkRules.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -59,7 +61,7 @@ public:
     // project would be taken over, creates the database, verifies, saves. The project's lock
     // comes with the project, for a caller that goes on with it.
     Result create(const QString& name, const QString& url, qint32 limitDepth, qint32 limitPageCount,
-                  const QString& purpose, const Verify& verify = {});
+                  const QString& purpose, const Verify& verify = {}, LinkRules rules = LinkRules::Classic);
 
     // Deletes the project under its lock: its registry row first (a delete cut short leaves
     // files that no row names, never a row without its database), then its files.

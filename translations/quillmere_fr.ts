@@ -1484,5 +1484,203 @@ Options :
         <source>--max-transfer-time wants a number of seconds from 1 to 86400</source>
         <translation>--max-transfer-time attend un nombre de secondes de 1 à 86400</translation>
     </message>
+    <message id="CliRulesHelp">
+        <source>  --rules classic|web  how links are read (default classic). classic: the original rules,
+               unchanged. web: links read as a browser reads them (RFC 3986, every link kind:
+               a, area, link, img and srcset, script, iframe, video, object, meta refresh,
+               url() in styles), pages of the site crawled, every other link checked,
+               robots.txt honoured (RFC 9309), #fragments checked
+</source>
+        <translation>  --rules classic|web  comment les liens sont lus (classic par défaut). classic : les règles
+               d&apos;origine, inchangées. web : les liens lus comme un navigateur les lit (RFC 3986,
+               toutes les sortes de liens : a, area, link, img et srcset, script, iframe, video,
+               object, meta refresh, url() des styles), pages du site parcourues, tous les autres
+               liens vérifiés, robots.txt respecté (RFC 9309), #fragments vérifiés
+</translation>
+    </message>
+    <message id="CliWebOptionsHelp">
+        <source>Web rules only (a classic project refuses them):
+  --no-external      do not check links to other hosts
+  --ignore-robots    ask for what robots.txt forbids
+  --include RE       ask only for URLs that match one such regular expression (repeatable)
+  --exclude RE       leave alone URLs that match (repeatable)
+  --user-agent UA    the User-Agent sent (default Quillmere/version)
+  --header &quot;N: v&quot;    a request header sent with every request (repeatable)
+  --max-page-size B  bytes of a page read at most (default 33554432, 32 MiB)
+  --external-timeout S  seconds a check of another host may stay silent (default 15)
+  --per-host N       checks in flight to one other host at most (default 2)
+</source>
+        <translation>Règles web seulement (un projet classic les refuse) :
+  --no-external      ne vérifie pas les liens vers d&apos;autres hôtes
+  --ignore-robots    demande aussi ce que robots.txt interdit
+  --include RE       ne demande que les URL qui vérifient une de ces expressions (répétable)
+  --exclude RE       laisse de côté les URL qui la vérifient (répétable)
+  --user-agent UA    le User-Agent envoyé (par défaut Quillmere/version)
+  --header &quot;N: v&quot;    un en-tête envoyé avec chaque requête (répétable)
+  --max-page-size O  octets lus d&apos;une page au plus (par défaut 33554432, 32 Mio)
+  --external-timeout S  secondes de silence permises à la vérification d&apos;un autre hôte (15)
+  --per-host N       vérifications en cours vers un même autre hôte au plus (par défaut 2)
+</translation>
+    </message>
+    <message id="CliErrorBadRules">
+        <source>--rules wants classic or web, not &quot;%1&quot;</source>
+        <translation>--rules attend classic ou web, pas « %1 »</translation>
+    </message>
+    <message id="CliErrorBadRegex">
+        <source>%1 &quot;%2&quot; is not a regular expression: %3</source>
+        <translation>%1 « %2 » n&apos;est pas une expression régulière : %3</translation>
+    </message>
+    <message id="CliErrorBadUserAgent">
+        <source>--user-agent wants a text on one line</source>
+        <translation>--user-agent attend un texte sur une ligne</translation>
+    </message>
+    <message id="CliErrorBadHeader">
+        <source>--header wants &quot;Name: value&quot; on one line, not &quot;%1&quot;</source>
+        <translation>--header attend « Nom: valeur » sur une ligne, pas « %1 »</translation>
+    </message>
+    <message id="CliErrorBadMaxPageSize">
+        <source>--max-page-size wants a number of bytes from 1024 to 1073741824</source>
+        <translation>--max-page-size attend un nombre d&apos;octets de 1024 à 1073741824</translation>
+    </message>
+    <message id="CliErrorBadExternalTimeout">
+        <source>--external-timeout wants a number of seconds from 0.1 to 86400</source>
+        <translation>--external-timeout attend un nombre de secondes de 0,1 à 86400</translation>
+    </message>
+    <message id="CliErrorBadPerHost">
+        <source>--per-host wants a number of requests from 1 to 16</source>
+        <translation>--per-host attend un nombre de requêtes de 1 à 16</translation>
+    </message>
+    <message id="CliErrorWebOptionOnClassic">
+        <source>project &apos;%1&apos; uses the classic rules: these options are for the web rules (make a project with --rules web)</source>
+        <translation>le projet « %1 » suit les règles classic : ces options sont celles des règles web (créez un projet avec --rules web)</translation>
+    </message>
+    <message id="CliErrorWebOptionsNeedWebRules">
+        <source>these options are for the web rules: add --rules web</source>
+        <translation>ces options sont celles des règles web : ajoutez --rules web</translation>
+    </message>
+    <message id="CliErrorNotWebProject">
+        <source>project &apos;%1&apos; uses the classic rules: this report needs a project made with --rules web</source>
+        <translation>le projet « %1 » suit les règles classic : ce rapport demande un projet créé avec --rules web</translation>
+    </message>
+    <message id="CliColumnKind">
+        <source>Kind</source>
+        <translation>Sorte</translation>
+    </message>
+    <message id="CliColumnTag">
+        <source>Tag</source>
+        <translation>Balise</translation>
+    </message>
+    <message id="CliColumnExternalURL">
+        <source>External URL</source>
+        <translation>URL externe</translation>
+    </message>
+    <message id="CliColumnVerdict">
+        <source>Verdict</source>
+        <translation>Verdict</translation>
+    </message>
+    <message id="CliColumnTargetURL">
+        <source>Target URL</source>
+        <translation>URL visée</translation>
+    </message>
+    <message id="CliColumnFragment">
+        <source>Fragment</source>
+        <translation>Fragment</translation>
+    </message>
+    <message id="CliColumnRule">
+        <source>robots.txt rule</source>
+        <translation>Règle de robots.txt</translation>
+    </message>
+    <message id="CliExternalTitle">
+        <source>External URLs: %1, links to them: %2</source>
+        <translation>URL externes : %1, liens vers elles : %2</translation>
+    </message>
+    <message id="CliFragmentsTitle">
+        <source>Missing fragments: %1, links to them: %2</source>
+        <translation>Fragments absents : %1, liens vers eux : %2</translation>
+    </message>
+    <message id="CliRobotsTitle">
+        <source>URLs robots.txt forbids: %1, links to them: %2</source>
+        <translation>URL que robots.txt interdit : %1, liens vers elles : %2</translation>
+    </message>
+    <message id="CliExternalSummary">
+        <source>list the links to other hosts with what their check answered (web rules)</source>
+        <translation>liste les liens vers d&apos;autres hôtes avec la réponse de leur vérification (règles web)</translation>
+    </message>
+    <message id="CliExternalDetails">
+        <source>Every URL on another host, port or scheme of http(s) that a page of the site links to, with
+its status and verdict: ok, broken, blocked (401, 403, 429, 999 or a challenge page: the site
+turns robots away, the link may well work in a browser), robots (its robots.txt forbids the
+check), excluded (--include/--exclude), skipped (--no-external) or pending (not checked yet).
+</source>
+        <translation>Chaque URL d&apos;un autre hôte, port ou schéma http(s) vers laquelle une page du site mène, avec
+son statut et son verdict : ok, broken (cassé), blocked (401, 403, 429, 999 ou une page de
+défi : le site refuse les robots, le lien peut marcher dans un navigateur), robots (son
+robots.txt interdit la vérification), excluded (--include/--exclude), skipped
+(--no-external) ou pending (pas encore vérifié).
+</translation>
+    </message>
+    <message id="CliFragmentsSummary">
+        <source>list the links whose #fragment the target page does not hold (web rules)</source>
+        <translation>liste les liens dont la page visée n&apos;a pas le #fragment (règles web)</translation>
+    </message>
+    <message id="CliFragmentsDetails">
+        <source>A link to a page of the site with a #fragment must find an element with that id, or an
+&lt;a name&gt;, in the page; &quot;#&quot; and &quot;#top&quot; always exist. A missing fragment does not make the
+page broken.
+</source>
+        <translation>Un lien vers une page du site avec un #fragment doit y trouver un élément de cet id, ou un
+&lt;a name&gt; ; « # » et « #top » existent toujours. Un fragment absent ne rend pas la page cassée.
+</translation>
+    </message>
+    <message id="CliRobotsSummary">
+        <source>list what robots.txt kept the crawl from, with the rule (web rules)</source>
+        <translation>liste ce que robots.txt a interdit à l&apos;analyse, avec la règle (règles web)</translation>
+    </message>
+    <message id="CliRobotsDetails">
+        <source>Every URL the crawl did not ask for because the robots.txt of its host forbids it, with the
+rule that matched (crawl --ignore-robots asks anyway).
+</source>
+        <translation>Chaque URL que l&apos;analyse n&apos;a pas demandée parce que le robots.txt de son hôte l&apos;interdit, avec
+la règle qui l&apos;a décidé (crawl --ignore-robots la demande quand même).
+</translation>
+    </message>
+    <message id="CliClassicMisreadHint">
+        <source>%1 of the broken URLs come from links the classic rules read unlike a browser (another scheme, a leading blank, a &quot;#&quot; or &quot;&quot; link); a project made with --rules web reads them as browsers do</source>
+        <translation>%1 des URL cassées viennent de liens que les règles classic lisent autrement qu&apos;un navigateur (autre schéma, blanc en tête, lien « # » ou « ») ; un projet créé avec --rules web les lit comme les navigateurs</translation>
+    </message>
+    <message id="CliReportBrokenFragments">
+        <source>Broken fragments:</source>
+        <translation>Fragments absents :</translation>
+    </message>
+    <message id="CliReportWebTitle">
+        <source>Links checked, by kind and status:</source>
+        <translation>Liens vérifiés, par sorte et statut :</translation>
+    </message>
+    <message id="CliReportWebPages">
+        <source>pages:</source>
+        <translation>pages :</translation>
+    </message>
+    <message id="CliReportWebResources">
+        <source>resources:</source>
+        <translation>ressources :</translation>
+    </message>
+    <message id="CliReportWebExternal">
+        <source>external:</source>
+        <translation>externes :</translation>
+    </message>
+    <message id="CliReportWebOther">
+        <source>other schemes:</source>
+        <translation>autres schémas :</translation>
+    </message>
+    <message id="CliShowRules">
+        <source>Link rules:</source>
+        <translation>Règles des liens :</translation>
+    </message>
+    <message id="CliVacuumWeb">
+        <source>project &apos;%1&apos; uses the web rules: its link counts are exact after every crawl, there is nothing to vacuum
+</source>
+        <translation>le projet « %1 » suit les règles web : ses nombres de liens sont exacts après chaque analyse, rien à nettoyer
+</translation>
+    </message>
 </context>
 </TS>
