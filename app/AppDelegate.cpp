@@ -218,7 +218,7 @@ void AppDelegate::doFilterCanonical()
     applyFilter(PageFilter::Canonical);
 }
 
-void AppDelegate::createProjectValidateWithController(NewProjectWindowController*, const QString& projectName,
+void AppDelegate::createProjectValidateWithController(NewProjectWindowController* controller, const QString& projectName,
                                                       const QString& projectURL, qint32 limitDepth, qint32 limitPageCount)
 {
     DebugTrace("createProjectValidateWithController");
@@ -230,7 +230,8 @@ void AppDelegate::createProjectValidateWithController(NewProjectWindowController
     // crawl cannot use are refused; the URL is kept in the form the crawl compares links with.
     ProjectCatalog catalog(*dataModelManager_, StringTable::forLanguage(StringTable::Language::French));
     const ProjectCatalog::Result created =
-        catalog.create(projectName, projectURL, limitDepth, limitPageCount, QStringLiteral("quillmere-gui"));
+        catalog.create(projectName, projectURL, limitDepth, limitPageCount, QStringLiteral("quillmere-gui"), {},
+                       controller ? controller->linkRules() : LinkRules::Classic);
     if (!created.done()) {
         if (created.outcome != ProjectCatalog::Outcome::StoreUnavailable)
             ProjectRefusalAlert::show(created, window_.get());

@@ -5,6 +5,7 @@
 #include "base/DebugTrace.h"
 #include "store/Localization.h"
 
+#include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -41,6 +42,10 @@ NewProjectWindowController::NewProjectWindowController(NewProjectControllerDeleg
     auto* limitsForm = new QFormLayout(boxLocParametres_);
     limitsForm->addRow(labelLocProfondeurMax_, textFieldLimitDepth_);
     limitsForm->addRow(labelLocNomMaxPageScannees_, textFieldLimitPageCount_);
+    labelLocRegles_ = new QLabel;
+    popUpLinkRules_ = new QComboBox;
+    popUpLinkRules_->setObjectName(QStringLiteral("popUpLinkRules"));
+    limitsForm->addRow(labelLocRegles_, popUpLinkRules_);
 
     labelError_ = new QLabel;
     labelError_->setObjectName(QStringLiteral("labelError"));
@@ -67,11 +72,23 @@ void NewProjectWindowController::windowDidLoad()
     boxLocParametres_->setTitle(localizedString("CreateProjectBoxParametres"));
     labelLocProfondeurMax_->setText(localizedString("CreateProjectLabelProfondeurMax"));
     labelLocNomMaxPageScannees_->setText(localizedString("CreateProjectLabelNombreMaxScan"));
+    labelLocRegles_->setText(localizedString("CreateProjectLabelRegles"));
+    // Classic first: the rules a project gets unless the user asks for the others.
+    popUpLinkRules_->clear();
+    popUpLinkRules_->addItem(localizedString("CreateProjectReglesClassic"), int(LinkRules::Classic));
+    popUpLinkRules_->addItem(localizedString("CreateProjectReglesWeb"), int(LinkRules::Web));
+    popUpLinkRules_->setCurrentIndex(0);
+    popUpLinkRules_->setToolTip(localizedString("CreateProjectReglesToolTip"));
     textFieldLimitDepth_->setPlaceholderText(localizedString("CreateProjectPlaceHolderProfondeurMax"));
     textFieldLimitPageCount_->setPlaceholderText(localizedString("CreateProjectPlaceHolderNombreMaxScan"));
     textFieldURL_->setPlaceholderText(QStringLiteral("https://www.example.com"));
     buttonLocValider_->setText(localizedString("CreateProjectButtonValider"));
     buttonLocAnnuler_->setText(localizedString("CreateProjectButtonAnnuler"));
+}
+
+LinkRules NewProjectWindowController::linkRules() const
+{
+    return popUpLinkRules_->currentData().toInt() == int(LinkRules::Web) ? LinkRules::Web : LinkRules::Classic;
 }
 
 qint32 NewProjectWindowController::limitFromField(const QString& text)

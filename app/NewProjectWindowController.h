@@ -2,7 +2,10 @@
 
 #include "app/SheetWindowController.h"
 
+#include "store/LinkRules.h"
+
 class NewProjectControllerDelegate;
+class QComboBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -32,6 +35,9 @@ public:
     QLineEdit* textFieldLimitDepth() const { return textFieldLimitDepth_; }
     QLineEdit* textFieldLimitPageCount() const { return textFieldLimitPageCount_; }
     QPushButton* buttonLocValider() const { return buttonLocValider_; }
+    // How the project will read links: classic unless the user chose web.
+    QComboBox* popUpLinkRules() const { return popUpLinkRules_; }
+    LinkRules linkRules() const;
     QPushButton* buttonLocAnnuler() const { return buttonLocAnnuler_; }
     QLabel* labelError() const { return labelError_; }
 
@@ -49,6 +55,8 @@ private:
     QGroupBox* boxLocParametres_;
     QLabel* labelLocProfondeurMax_;
     QLabel* labelLocNomMaxPageScannees_;
+    QLabel* labelLocRegles_;
+    QComboBox* popUpLinkRules_;
     QLabel* labelError_;
     QPushButton* buttonLocValider_;
     QPushButton* buttonLocAnnuler_;

@@ -5,6 +5,7 @@
 #include "crawler/WebWorkPool.h"
 #include "fetch/HostGate.h"
 #include "fetch/SynchronizedWebCall.h"
+#include "fetch/URLConnection.h"
 #include "fetch/WebFetcher.h"
 #include "html/WebLinkExtractor.h"
 #include "html/WebUrl.h"
@@ -124,6 +125,8 @@ void WebCrawlOperation::finishRun()
         runCompletions(0);
         pool_.reset();
     }
+    // No connection outlives the crawl.
+    URLConnection::releaseIdleTransfers();
     beginGroupIfNeeded();
     runCompletions(0);
     commitWebGroup();

@@ -11,7 +11,7 @@
 
 // Politeness per host for the web rules' checks: at most `perHost` requests in flight to
 // one host (scheme, host and port) and, when a rate is set, at most that many requests per
-// second to it. Shared by every thread of a crawl.
+// second to it (0: no rate). Shared by every thread of a crawl. A perHost below 1 counts as 1.
 class HostGate {
 public:
     explicit HostGate(int perHost = 2, double requestsPerSecond = 0);

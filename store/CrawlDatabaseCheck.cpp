@@ -1,5 +1,7 @@
 #include "store/CrawlDatabaseCheck.h"
 
+#include "store/WebStore.h"
+
 #include "store/StringTable.h"
 
 #include <QHash>
@@ -47,8 +49,14 @@ QList<CrawlDatabaseCheck::Rule> CrawlDatabaseCheck::run() const
 {
     // One read transaction: a crawl running meanwhile commits its pages before or after it.
     const bool snapshot = sqlite3_get_autocommit(db_) && sqlite3_exec(db_, "begin", nullptr, nullptr, nullptr) == SQLITE_OK;
-    QList<Rule> rules{integrity(),           linksReceived(),        onePagePerURL(), linksBetweenPages(),
-                      analysedPagesAreDone(), doneEntriesWereReached()};
+    // A web crawl files pages by their URL as a browser reads it and records every answer
+    // beside the crawl tables: its entries are judged by those records.
+    const bool web = WebStore::hasTables(db_);
+    QList<Rule> rules{integrity(), linksReceived(), onePagePerURL(!web), linksBetweenPages(), analysedPagesAreDone()};
+    if (web)
+        rules << webEntriesAnswered() << webLinksWhole();
+    else
+        rules << doneEntriesWereReached();
     if (hasCounters_)
         rules.append(counters());
     if (snapshot)
@@ -115,16 +123,18 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::linksReceived() const
     return rule;
 }
 
-CrawlDatabaseCheck::Rule CrawlDatabaseCheck::onePagePerURL() const
+CrawlDatabaseCheck::Rule CrawlDatabaseCheck::onePagePerURL(bool slashTwins) const
 {
     Rule rule;
     const qint64 pages = count("select count(*) from Page", &rule);
     forEachRow("select url, count(*) from Page group by url having count(*) > 1", &rule, [this](sqlite3_stmt* stmt) {
         return tr("CheckDuplicateURLProblem").arg(text(stmt, 0), text(stmt, 1));
     });
-    forEachRow("select a.url, b.url from Page a join Page b on b.url = a.url || '/'", &rule, [this](sqlite3_stmt* stmt) {
-        return tr("CheckSlashTwinProblem").arg(text(stmt, 0), text(stmt, 1));
-    });
+    // The classic rules file /a and /a/ as one page; for a browser they are two URLs.
+    if (slashTwins) {
+        forEachRow("select a.url, b.url from Page a join Page b on b.url = a.url || '/'", &rule,
+                   [this](sqlite3_stmt* stmt) { return tr("CheckSlashTwinProblem").arg(text(stmt, 0), text(stmt, 1)); });
+    }
     rule.title = tr("CheckOnePagePerURLTitle").arg(pages);
     return rule;
 }
@@ -202,6 +212,30 @@ CrawlDatabaseCheck::Rule CrawlDatabaseCheck::doneEntriesWereReached() const
             return tr("CheckDoneNotReachedProblem").arg(text(stmt, 1));
         });
     rule.title = tr("CheckDoneEntriesTitle").arg(done).arg(redirects);
+    return rule;
+}
+
+CrawlDatabaseCheck::Rule CrawlDatabaseCheck::webEntriesAnswered() const
+{
+    // A web crawl records an entry's answer (or what kept it from asking) in the transaction
+    // that marks the entry done.
+    Rule rule;
+    const qint64 done = count("select count(*) from DownloaderQueue where perform_done = 1", &rule);
+    forEachRow("select Q.url from DownloaderQueue Q where Q.perform_done = 1 and not exists (select 1 from WebTarget T "
+               "where T.url = Q.url and T.verdict <> 'pending') order by Q.idt",
+               &rule, [this](sqlite3_stmt* stmt) { return tr("CheckWebEntryProblem").arg(text(stmt, 0)); });
+    rule.title = tr("CheckWebEntriesTitle").arg(done);
+    return rule;
+}
+
+CrawlDatabaseCheck::Rule CrawlDatabaseCheck::webLinksWhole() const
+{
+    Rule rule;
+    const qint64 links = count("select count(*) from WebLink", &rule);
+    forEachRow("select L.idt_source, L.idt_target from WebLink L where not exists (select 1 from Page P where P.idt = "
+               "L.idt_source) or not exists (select 1 from WebTarget T where T.idt = L.idt_target)",
+               &rule, [this](sqlite3_stmt* stmt) { return tr("CheckWebLinkProblem").arg(text(stmt, 0), text(stmt, 1)); });
+    rule.title = tr("CheckWebLinksTitle").arg(links);
     return rule;
 }
 

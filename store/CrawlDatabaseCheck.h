@@ -36,10 +36,14 @@ public:
 private:
     Rule integrity() const;
     Rule linksReceived() const;
-    Rule onePagePerURL() const;
+    Rule onePagePerURL(bool slashTwins) const;
     Rule linksBetweenPages() const;
     Rule analysedPagesAreDone() const;
     Rule doneEntriesWereReached() const;
+    // A web crawl's: every done entry has its answer recorded; every link joins a page of
+    // the site to a recorded target.
+    Rule webEntriesAnswered() const;
+    Rule webLinksWhole() const;
     Rule counters() const;
 
     // Runs a query and hands each row to `row`, which answers the problem it shows;

@@ -1682,5 +1682,37 @@ la règle qui l&apos;a décidé (crawl --ignore-robots la demande quand même).
         <translation>le projet « %1 » suit les règles web : ses nombres de liens sont exacts après chaque analyse, rien à nettoyer
 </translation>
     </message>
+    <message id="CreateProjectLabelRegles">
+        <source>Link rules:</source>
+        <translation>Règles des liens :</translation>
+    </message>
+    <message id="CreateProjectReglesClassic">
+        <source>Classic (the original rules)</source>
+        <translation>Classiques (les règles d&apos;origine)</translation>
+    </message>
+    <message id="CreateProjectReglesWeb">
+        <source>Web (links read as a browser reads them)</source>
+        <translation>Web (liens lus comme par un navigateur)</translation>
+    </message>
+    <message id="CreateProjectReglesToolTip">
+        <source>Web: every link kind resolved as a browser does, links to other sites, images, styles and scripts checked, robots.txt honoured, #fragments checked. Chosen once, when the project is made.</source>
+        <translation>Web : toutes les sortes de liens résolues comme par un navigateur, liens vers d&apos;autres sites, images, styles et scripts vérifiés, robots.txt respecté, #fragments vérifiés. Choisi une fois, à la création du projet.</translation>
+    </message>
+    <message id="CheckWebEntriesTitle">
+        <source>done entries (web rules): each done queue entry has its answer, or what kept it from being asked, recorded (%1 done)</source>
+        <translation>entrées terminées (règles web) : chaque entrée de file terminée a sa réponse, ou ce qui l&apos;a empêchée d&apos;être demandée, enregistrée (%1 terminées)</translation>
+    </message>
+    <message id="CheckWebEntryProblem">
+        <source>%1: marked done, but its answer was not recorded</source>
+        <translation>%1 : marquée terminée, mais sa réponse n&apos;a pas été enregistrée</translation>
+    </message>
+    <message id="CheckWebLinksTitle">
+        <source>links found (web rules): each joins a page of the site to a recorded target (%1 links)</source>
+        <translation>liens trouvés (règles web) : chacun relie une page du site à une cible enregistrée (%1 liens)</translation>
+    </message>
+    <message id="CheckWebLinkProblem">
+        <source>a link from page %1 to target %2: the page or the target is missing</source>
+        <translation>un lien de la page %1 vers la cible %2 : la page ou la cible manque</translation>
+    </message>
 </context>
 </TS>

@@ -4,6 +4,9 @@
 
 #include "app/NewProjectControllerDelegate.h"
 #include "app/NewProjectWindowController.h"
+#include "store/LinkRules.h"
+
+#include <QComboBox>
 
 #include <QGroupBox>
 #include <QLineEdit>
@@ -317,4 +320,33 @@ TEST(NewProjectSheet, ValidatingThroughTheApplicationCreatesAndShowsTheProject)
     EXPECT_EQ(project->limit_page_count(), 10);
     ASSERT_TRUE(app.documentsView()->currentProject());
     EXPECT_EQ(app.documentsView()->currentProject()->name(), "exemple");
+}
+
+TEST(NewProjectSheet, TheLinkRulesAreClassicUnlessWebIsChosen)
+{
+    LaunchedApp app;
+    app.window()->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(app.window()));
+    const auto makeProject = [&](const char* name, bool chooseWeb) {
+        app.app()->createProject();
+        NewProjectWindowController* sheet = app.controller()->projectWindowController();
+        ASSERT_TRUE(sheet);
+        ASSERT_EQ(sheet->popUpLinkRules()->count(), 2);
+        EXPECT_EQ(sheet->popUpLinkRules()->currentIndex(), 0);
+        EXPECT_EQ(sheet->popUpLinkRules()->itemText(1), QStringLiteral("Web (liens lus comme par un navigateur)"));
+        if (chooseWeb)
+            sheet->popUpLinkRules()->setCurrentIndex(1);
+        QTest::keyClicks(sheet->textFieldName(), name);
+        QTest::keyClicks(sheet->textFieldURL(), "http://127.0.0.1:9/site/");
+        QTest::keyClick(sheet->textFieldURL(), Qt::Key_Return);
+        EXPECT_FALSE(sheet->isVisible());
+    };
+    makeProject("classique", false);
+    makeProject("navigateur", true);
+    const ProjectPtr classic = Project::getProjectWithName("classique");
+    const ProjectPtr web = Project::getProjectWithName("navigateur");
+    ASSERT_TRUE(classic);
+    ASSERT_TRUE(web);
+    EXPECT_EQ(LinkRulesStore::of(classic), LinkRules::Classic);
+    EXPECT_EQ(LinkRulesStore::of(web), LinkRules::Web);
 }

@@ -547,3 +547,33 @@ TEST_F(WebFetch, CallsFromSeveralThreadsAtOnceEachGetTheirOwnAnswer)
     }
     EXPECT_EQ(server.requestCount(), 24u);
 }
+
+TEST(WebFetchRaw, CallsOneAfterAnotherReuseTheOpenConnection)
+{
+    // A keep-alive server: every request on a connection is answered, until the peer closes.
+    std::atomic<int> requests{0};
+    RawTcpServer raw([&requests](RawTcpServer::Connection& connection) {
+        for (;;) {
+            const std::string head = connection.readRequestHead(2000);
+            if (head.find("\r\n\r\n") == std::string::npos)
+                return;
+            ++requests;
+            const bool isHead = head.rfind("HEAD ", 0) == 0;
+            std::string answer = "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 7\r\n\r\n";
+            if (!isHead)
+                answer += "<html/>";
+            if (!connection.write(answer))
+                return;
+        }
+    });
+    ASSERT_TRUE(raw.start());
+
+    const QUrl url(q(raw.baseUrl() + "/a.html"));
+    EXPECT_EQ(WebFetcher::get(url, pageOptions()).body, QByteArray("<html/>"));
+    EXPECT_EQ(WebFetcher::head(url, pageOptions()).outcome.status, 200);
+    EXPECT_EQ(WebFetcher::get(url, pageOptions()).body, QByteArray("<html/>"));
+
+    EXPECT_EQ(requests.load(), 3);
+    EXPECT_EQ(raw.connectionCount(), 1);
+    URLConnection::releaseIdleTransfers();
+}
