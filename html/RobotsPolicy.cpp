@@ -240,7 +240,8 @@ RobotsPolicy RobotsPolicy::fromAnswer(int status, const QByteArray& body, const 
 {
     if (status >= 200 && status <= 299)
         return parse(body, productToken);
-    // Redirects are followed before; one still standing, like a 4xx, means there is no file.
+    // Redirects are followed before; one still standing (too many hops, no Location) means,
+    // like a 4xx, that there is no file to obey.
     if (status >= 300 && status <= 499)
         return allowAll();
     if (status == 0)
