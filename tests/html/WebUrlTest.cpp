@@ -1,5 +1,3 @@
-#include "QStringPrinter.h"
-
 #include "html/WebUrl.h"
 
 #include <gtest/gtest.h>
