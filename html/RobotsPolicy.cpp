@@ -156,18 +156,19 @@ QList<Group> groupsOf(QByteArrayView text)
         const qsizetype colon = line.indexOf(':');
         if (colon < 0)
             continue;
-        const QByteArray key = trimmed(line.first(colon)).toByteArray().toLower();
+        const QByteArrayView key = trimmed(line.first(colon));
         const QByteArrayView value = trimmed(line.sliced(colon + 1));
-        if (key == "user-agent") {
+        const bool allow = key.compare("allow", Qt::CaseInsensitive) == 0;
+        if (key.compare("user-agent", Qt::CaseInsensitive) == 0) {
             if (groups.isEmpty() || lastWasRule)
                 groups.append(Group());
             groups.last().agents.append(value);
             lastWasRule = false;
-        } else if (key == "allow" || key == "disallow") {
+        } else if (allow || key.compare("disallow", Qt::CaseInsensitive) == 0) {
             // Rules before the first user-agent line belong to no one.
             if (groups.isEmpty())
                 continue;
-            groups.last().rules.append({key == "allow", value});
+            groups.last().rules.append({allow, value});
             lastWasRule = true;
         }
         // Other lines (sitemap, crawl-delay, anything unknown) neither end nor start a group.
@@ -239,7 +240,8 @@ RobotsPolicy RobotsPolicy::fromAnswer(int status, const QByteArray& body, const 
 {
     if (status >= 200 && status <= 299)
         return parse(body, productToken);
-    // Redirects are followed before; one still standing, like a 4xx, means there is no file.
+    // Redirects are followed before; one still standing (too many hops, no Location) means,
+    // like a 4xx, that there is no file to obey.
     if (status >= 300 && status <= 499)
         return allowAll();
     if (status == 0)

@@ -16,7 +16,7 @@ public:
     struct Verdict {
         bool allowed = true;
         // The rule that decided, as the file wrote it ("Disallow: /private/"); "" when no
-        // rule matched.
+        // rule matched; why() when everything is disallowed.
         QString rule;
     };
 
@@ -24,14 +24,17 @@ public:
     static RobotsPolicy allowAll();
     // Everything disallowed: the server failed (5xx) or could not be reached.
     static RobotsPolicy disallowAll(const QString& why);
-    // The rules of a file's body (at most the first 500 KiB are read), for `productToken`
-    // (the crawler's name, "Quillmere").
+    // The rules of a file's body (at most the first 500 KiB are read, a line cut by the
+    // limit left out), for `productToken` (the crawler's name, "Quillmere"). The body is
+    // read as bytes: octets that are not UTF-8 are compared as their percent-escapes.
     static RobotsPolicy parse(const QByteArray& body, const QString& productToken);
     // The policy an answer to GET /robots.txt gives: 2xx parses the body, 4xx allows all,
-    // 5xx or no answer (status 0) disallows all.
+    // 5xx or no answer (status 0) disallows all. A 3xx still standing (the redirects are
+    // followed before) is no file and allows all; a status outside 100-599 or a 1xx as a
+    // final answer is a server failing and disallows all.
     static RobotsPolicy fromAnswer(int status, const QByteArray& body, const QString& productToken);
 
-    // The verdict for a URL's path and query.
+    // The verdict for a URL's path and query ("/" when the path is empty).
     Verdict check(const QUrl& url) const;
 
     int ruleCount() const { return int(rules_.size()); }

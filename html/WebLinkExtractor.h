@@ -13,9 +13,9 @@ struct WebLinkFound {
                         // "style" (url() in a style attribute), "" (url() in a <style> block)
     QString raw;        // the reference as written, after WebUrl::cleanReference
     QUrl url;           // resolved against the base (fragment kept); invalid when it makes none
-    QString text;       // anchor text for a and area (alt of an image inside when no text),
-                        // alt for img, title otherwise; trimmed, blanks collapsed, at most 200
-                        // characters
+    QString text;       // anchor text for a (alt of the first image inside with one when no
+                        // text), alt for area and img, title otherwise; trimmed, blanks
+                        // collapsed, at most 200 characters; "" for a <style> block
     QString rel;        // rel attribute of a, area and link, lower case, blanks collapsed
     bool nofollow = false;      // rel holds the token "nofollow"
     bool navigational = false;  // a, area, iframe, frame, meta refresh: may lead to a page to crawl
@@ -24,13 +24,15 @@ struct WebLinkFound {
 // What the web rules read in one HTML page.
 struct WebPageScan {
     QString title;          // first <title>, trimmed, blanks collapsed; "" when none
-    bool noIndex = false;   // <meta name=robots> content holds noindex (any case)
-    bool noFollow = false;  // ... holds nofollow or none
+    bool noIndex = false;   // <meta name=robots> content holds noindex or none (any case)
+    bool noFollow = false;  // ... holds nofollow or none; directives are separated by commas
+                            // or blanks
     QUrl canonical;         // resolved href of the last <link rel=canonical>; invalid when none
     QUrl base;              // the base links resolve against: <base href> (the first one with an
                             // href, resolved against the page URL) or the page URL
-    QList<WebLinkFound> links;    // in document order
-    QSet<QString> fragmentIds;    // every id attribute and every <a name>, as written
+    QList<WebLinkFound> links;    // in document order; one element's own attributes first,
+                                  // then the url()s of its style attribute
+    QSet<QString> fragmentIds;    // every non-empty id attribute and <a name>, as written
 };
 
 // Reads a page with libxml2's HTML push parser (SAX callbacks, no tree): memory grows with the
@@ -44,7 +46,16 @@ struct WebPageScan {
 //   url(...) in style attributes and <style> blocks (also @import "x")
 // A srcset gives one link per candidate URL. References that are empty after cleaning are
 // skipped, except an href of "" or "#" on a and area, which are links to the page itself.
+// The page's bytes are read in the encoding a browser would choose (see WebCharset): a byte
+// order mark, else the charset the server declared, else a <meta> charset near the top,
+// else UTF-8; bytes that make no character in it read as a replacement character.
 class WebLinkExtractor {
 public:
     static WebPageScan scan(const QByteArray& html, const QUrl& pageUrl);
+    // The same, with the charset parameter of the answer's Content-Type ("" for none), which
+    // takes precedence over the page's own <meta>.
+    static WebPageScan scan(const QByteArray& html, const QUrl& pageUrl, const QByteArray& transportCharset);
+
+    // The parser is fed this many bytes at a time.
+    static constexpr qsizetype kChunkSize = 64 * 1024;
 };

@@ -179,7 +179,7 @@ bool WebStore::setFragmentIds(const ProjectPtr& project, qint64 idt, const QStri
             kept.append(id);
     return write(project, "update WebTarget set fragment_ids = ? where idt = ?", "setFragmentIds",
                  [&](sqlite3_stmt* stmt) {
-                     bindText(stmt, 1, kept.join(QLatin1Char('\n')));
+                     bindText(stmt, 1, textOrEmpty(kept.join(QLatin1Char('\n'))));
                      bindId(stmt, 2, idt);
                  });
 }

@@ -486,6 +486,26 @@ TEST(RobotsPolicyTest, FromAnswerWithoutAnswerDisallowsEverything)
     EXPECT_EQ(policy.why(), QStringLiteral("robots.txt could not be fetched"));
 }
 
+TEST(RobotsPolicyTest, FromAnswerRedirectStillStandingAllowsEverything)
+{
+    for (int status : {300, 301, 302, 307, 308}) {
+        const RobotsPolicy policy = RobotsPolicy::fromAnswer(status, "User-agent: *\nDisallow: /\n", kToken);
+        EXPECT_FALSE(policy.disallowsEverything()) << status;
+        EXPECT_TRUE(allowed(policy, "/anything")) << status;
+    }
+}
+
+TEST(RobotsPolicyTest, FromAnswerOutsideTheStatusRangesDisallowsEverything)
+{
+    for (int status : {100, 199, 600, 999, -1}) {
+        const RobotsPolicy policy = RobotsPolicy::fromAnswer(status, "User-agent: *\nAllow: /\n", kToken);
+        EXPECT_TRUE(policy.disallowsEverything()) << status;
+        const RobotsPolicy::Verdict v = verdict(policy, "/anything");
+        EXPECT_FALSE(v.allowed) << status;
+        EXPECT_EQ(v.rule, QStringLiteral("robots.txt answered %1").arg(status));
+    }
+}
+
 TEST(RobotsPolicyTest, AllowAllAndDisallowAll)
 {
     const RobotsPolicy all = RobotsPolicy::allowAll();

@@ -1,0 +1,83 @@
+#include "html/WebLinkExtractor.h"
+
+#include "html/WebCharset.h"
+#include "html/WebSaxHandler.h"
+#include "html/WebUrl.h"
+
+#include <QHash>
+#include <QStringDecoder>
+
+#include <libxml/HTMLparser.h>
+#include <libxml/parserInternals.h>
+
+#include <memory>
+
+namespace {
+
+constexpr int kParseOptions = HTML_PARSE_RECOVER | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING | HTML_PARSE_NONET;
+
+struct ContextDeleter {
+    void operator()(htmlParserCtxtPtr context) const { htmlFreeParserCtxt(context); }
+};
+
+// Feeds the page to libxml2 as UTF-8 it need not check: the bytes are decoded here in the
+// page's encoding, so that libxml2 neither guesses another one at the first byte that is not
+// UTF-8 nor stops at a byte its converter refuses.
+void parse(const QByteArray& html, const QByteArray& encoding, WebSaxHandler& handler)
+{
+    htmlSAXHandler sax = WebSaxHandler::callbacks();
+    std::unique_ptr<htmlParserCtxt, ContextDeleter> context(
+        htmlCreatePushParserCtxt(&sax, &handler, nullptr, 0, nullptr, XML_CHAR_ENCODING_NONE));
+    if (!context)
+        return;
+    htmlCtxtUseOptions(context.get(), kParseOptions);
+    // Fixed as UTF-8, a later <meta charset> cannot switch it to anything else.
+    if (xmlCharEncodingHandlerPtr utf8 = xmlFindCharEncodingHandler("UTF-8"))
+        xmlSwitchToEncoding(context.get(), utf8);
+
+    QStringDecoder decoder(encoding.constData());
+    if (!decoder.isValid())
+        decoder = QStringDecoder(QStringDecoder::Utf8);
+    for (qsizetype at = 0; at < html.size(); at += WebLinkExtractor::kChunkSize) {
+        const QByteArrayView chunk = QByteArrayView(html).sliced(at, qMin(WebLinkExtractor::kChunkSize, html.size() - at));
+        const QByteArray utf8 = QString(decoder.decode(chunk)).toUtf8();
+        if (!utf8.isEmpty())
+            htmlParseChunk(context.get(), utf8.constData(), static_cast<int>(utf8.size()), 0);
+    }
+    htmlParseChunk(context.get(), nullptr, 0, 1);
+    handler.finish();
+}
+
+} // namespace
+
+WebPageScan WebLinkExtractor::scan(const QByteArray& html, const QUrl& pageUrl)
+{
+    return scan(html, pageUrl, QByteArray());
+}
+
+WebPageScan WebLinkExtractor::scan(const QByteArray& html, const QUrl& pageUrl, const QByteArray& transportCharset)
+{
+    WebSaxHandler handler;
+    parse(html, WebCharset::encodingOf(html, transportCharset), handler);
+    WebPageScan result = std::move(handler.scan);
+
+    // Browsers resolve every link of the page against the first <base href>, wherever it is;
+    // one that makes no URL leaves the page's own address as the base.
+    result.base = WebUrl::normalized(pageUrl);
+    if (!handler.baseHref.isNull()) {
+        const QUrl base = WebUrl::resolve(pageUrl, handler.baseHref);
+        if (base.isValid())
+            result.base = base;
+    }
+    // Pages repeat their references (menus, footers): each distinct one is resolved once.
+    QHash<QString, QUrl> resolved;
+    for (WebLinkFound& link : result.links) {
+        auto known = resolved.constFind(link.raw);
+        if (known == resolved.constEnd())
+            known = resolved.insert(link.raw, WebUrl::resolve(result.base, link.raw));
+        link.url = known.value();
+    }
+    if (!handler.canonicalHref.isNull())
+        result.canonical = WebUrl::resolve(result.base, handler.canonicalHref);
+    return result;
+}
