@@ -260,28 +260,29 @@ def main():
     wanted = []  # (target url, fragment, source) checked once every page is read
     links = 0
 
-    queue = deque()
+    # Pages are told apart by URL, as a crawler tells them: "/" and "/index.html" are two pages
+    # of one file, and the links of each are links.
+    queue = deque()  # (page URL, file)
     seen = set()
     if args.all_files:
         for dirpath, dirnames, filenames in os.walk(tree.root):
             dirnames.sort()
             for name in sorted(filenames):
                 if is_html(name):
-                    queue.append(os.path.join(dirpath, name))
-        seen.update(queue)
+                    disk = os.path.join(dirpath, name)
+                    queue.append((tree.url_of(disk), disk))
+        seen.update(url for url, _ in queue)
     else:
         first = tree.file_of(start_url)
         if first is None:
             print(f"disk_links: nothing answers {start_url}", file=sys.stderr)
             return 1
-        queue.append(first)
-        seen.add(first)
+        start_url = normalise(start_url)
+        queue.append((start_url, first))
+        seen.add(start_url)
 
     while queue:
-        disk = queue.popleft()
-        page_url = tree.url_of(disk)
-        if disk.endswith(os.sep + "index.html") and tree.file_of(page_url.rsplit("/", 1)[0] + "/") == disk:
-            page_url = page_url.rsplit("/", 1)[0] + "/"
+        page_url, disk = queue.popleft()
         reader = tree.read(disk)
         base = browser_join(page_url, clean(reader.base)) if reader.base is not None else page_url
         for tag, attribute, raw in reader.refs:
@@ -305,9 +306,13 @@ def main():
                 if source not in entry["linkedFrom"]:
                     entry["linkedFrom"].append(source)
                 continue
-            if navigational and is_html(found) and found not in seen:
-                seen.add(found)
-                queue.append(found)
+            # A directory asked without its "/" is sent to it: the page is the one with the "/".
+            if os.path.isdir(os.path.join(tree.root, unquote(urlsplit(url).path)[len(tree.base_path):])) \
+                    and not urlsplit(url).path.endswith("/"):
+                url = url.split("?")[0] + "/"
+            if navigational and is_html(found) and url not in seen:
+                seen.add(url)
+                queue.append((url, found))
             if "#" in target and navigational and is_html(found):
                 wanted.append((url, found, unquote(fragment), source))
 

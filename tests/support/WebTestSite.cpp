@@ -112,7 +112,8 @@ void WebTestSite::buildSite()
               "text/plain");
 
     // Home: blanks around and inside hrefs, a broken page, an external link also linked from
-    // external.html (one check for both), the two fragments that always exist.
+    // external.html (one check for both), the two fragments that always exist, and a page met
+    // first through <link rel=next> (not followed), then through <a> (followed): it is crawled.
     crawled("/", html("Home",
                       "<a name=\"top\"></a>\n"
                       "<a href=\"  kinds.html\n\">Every kind</a>\n"
@@ -126,8 +127,12 @@ void WebTestSite::buildSite()
                       "<a href=\"frames.html\">Frames</a>\n"
                       "<a href=\"missing-page.html\">Missing page</a>\n"
                       "<a href=\"" + ext + "/ok.html\">Fine external</a>\n"
-                      "<a href=\"#\">Here</a> <a href=\"#top\">Top</a>\n"));
+                      "<a href=\"#\">Here</a> <a href=\"#top\">Top</a>\n"
+                      "<a href=\"chapter.html\">Chapter</a>\n",
+                      "<link rel=\"next\" href=\"chapter.html\">"));
     t.broken.push_back({u("/missing-page.html"), "404", "page", u("/"), "Missing page", "a"});
+    crawled("/chapter.html", html("Chapter", "<a href=\"chapter-missing.html\">Chapter missing</a>\n"));
+    t.broken.push_back({u("/chapter-missing.html"), "404", "page", u("/chapter.html"), "Chapter missing", "a"});
 
     // Every kind of link, each to something that exists, but three resources.
     crawled("/kinds.html",
