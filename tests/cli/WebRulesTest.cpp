@@ -414,11 +414,12 @@ TEST_F(WebRules, FailOnBrokenExitsFourForBrokenExternalLinksToo)
 
 TEST_F(WebRules, AtMostTwoRequestsInFlightPerExternalHost)
 {
+    // Before the servers, so that they outlive their handlers.
+    std::atomic<int> inFlight{0}, most{0};
     LocalHttpServer home;
     LocalHttpServer slow("127.0.0.2");
     ASSERT_TRUE(home.start());
     ASSERT_TRUE(slow.start());
-    std::atomic<int> inFlight{0}, most{0};
     std::string links;
     for (int i = 0; i < 8; ++i) {
         const std::string path = "/slow" + std::to_string(i);
