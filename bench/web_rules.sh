@@ -102,10 +102,10 @@ timed_run() {  # tool, command...
   printf '%s\t%s\t%s\t%s\t%s\n' "$tool" $((after - before)) "$wall" "$user" "$sys" >>"$records"
 }
 
-crawl() {  # rules, data directory
-  rm -rf "$2"
-  "$quillmere" --data-dir "$2" crawl-url "$start_url" --name site --rules "$1" \
-    $([ "$1" = web ] && echo --no-external)
+crawl_command() {  # rules, data directory: the command, one word a line
+  printf '%s\n' "$quillmere" --data-dir "$2" crawl-url "$start_url" --name site --rules "$1"
+  [ "$1" = web ] && echo --no-external
+  return 0
 }
 
 for tree in "${trees[@]}"; do
@@ -120,7 +120,9 @@ for tree in "${trees[@]}"; do
 
   python3 "$root/bench/disk_links.py" "$dir" "$start_url" -o "$work/truth.json"
   data="$work/data-web"
-  crawl web "$data" >"$work/web.out" 2>"$work/web.err" || true
+  rm -rf "$data"
+  mapfile -t command < <(crawl_command web "$data")
+  "${command[@]}" >"$work/web.out" 2>"$work/web.err" || true
   if ! "$quillmere" --data-dir "$data" broken site --format csv >"$work/broken.csv" 2>"$work/broken.err"; then
     tail -n 5 "$work/web.err" "$work/broken.err" >&2
     echo "web_rules.sh: no broken links could be read from the web crawl" >&2
@@ -138,11 +140,13 @@ for tree in "${trees[@]}"; do
       order=(web classic wget)
       for _ in $(seq $(((round - 1) % 3))); do order=("${order[@]:1}" "${order[0]}"); done
       for tool in "${order[@]}"; do
+        rm -rf "$work/data-time" "$work/wget"
         case "$tool" in
-          web) timed_run "web rules" crawl web "$work/data-time" ;;
-          classic) timed_run "classic rules" crawl classic "$work/data-time" ;;
-          wget) rm -rf "$work/wget"
-                timed_run "wget" wget --spider -r -p -nv -l inf -P "$work/wget" "$start_url" ;;
+          web) mapfile -t command < <(crawl_command web "$work/data-time")
+               timed_run "web rules" "${command[@]}" ;;
+          classic) mapfile -t command < <(crawl_command classic "$work/data-time")
+                   timed_run "classic rules" "${command[@]}" ;;
+          wget) timed_run "wget" wget --spider -r -p -nv -l inf -P "$work/wget" "$start_url" ;;
         esac
       done
     done
