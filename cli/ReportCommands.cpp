@@ -333,6 +333,8 @@ void printCrawlReport(const std::shared_ptr<Project>& project, const CrawlRunFig
     out += CliText::tr("CliReportTitle").arg(DisplayText::escapeControls(project->name()),
                                               DisplayText::escapeControls(project->url()))
            + how + QLatin1Char('\n');
+    if (figures.webRules)
+        out += label("CliShowRules") + LinkRulesStore::nameOf(LinkRules::Web) + QLatin1Char('\n');
     out += label("CliReportPagesAnalysed")
            + CliText::tr("CliReportPagesValue").arg(project->pages_count()).arg(figures.pagesThisRun) + QLatin1Char('\n');
     out += label("CliReportDeepest") + QString::number(project->max_depth()) + QLatin1Char('\n');
@@ -349,6 +351,9 @@ void printCrawlReport(const std::shared_ptr<Project>& project, const CrawlRunFig
     if (figures.webRules) {
         out += label("CliReportBrokenFragments") + QString::number(figures.brokenFragments) + QLatin1Char('\n');
         out += webCounts(project);
+        const qint64 blocked = WebAudit::countsByKind(project).value(QStringLiteral("external")).value(QStringLiteral("blocked"));
+        if (blocked > 0)
+            out += CliText::tr("CliReportBlockedNote").arg(blocked).arg(project->name()) + QLatin1Char('\n');
     }
     if (figures.misreadBroken > 0)
         out += CliText::tr("CliClassicMisreadHint").arg(figures.misreadBroken) + QLatin1Char('\n');

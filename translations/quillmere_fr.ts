@@ -1714,5 +1714,9 @@ la règle qui l&apos;a décidé (crawl --ignore-robots la demande quand même).
         <source>a link from page %1 to target %2: the page or the target is missing</source>
         <translation>un lien de la page %1 vers la cible %2 : la page ou la cible manque</translation>
     </message>
+    <message id="CliReportBlockedNote">
+        <source>%1 external URLs turned the crawler away (401, 403, 429, 999 or a challenge page): they are blocked, not broken, and may well work in a browser (see &apos;external %2&apos;)</source>
+        <translation>%1 URL externes ont refusé le robot (401, 403, 429, 999 ou une page de défi) : elles sont bloquées, pas cassées, et peuvent marcher dans un navigateur (voir « external %2 »)</translation>
+    </message>
 </context>
 </TS>
