@@ -180,7 +180,9 @@ QString webCounts(const ProjectPtr& project)
             const qint64 n = byClass.value(QLatin1String(name));
             total += n;
             if (n > 0)
-                parts << QStringLiteral("%1 %2").arg(QLatin1String(name)).arg(n);
+                parts << QStringLiteral("%1 %2")
+                             .arg(qstrcmp(name, "robots") == 0 ? QStringLiteral("blocked by robots.txt") : QLatin1String(name))
+                             .arg(n);
         }
         out += QStringLiteral("  ") + label(kind[1]) + QString::number(total)
                + (parts.isEmpty() ? QString() : QStringLiteral(" (") + parts.join(QStringLiteral(", ")) + QLatin1Char(')'))

@@ -1599,8 +1599,8 @@ Options :
         <translation>Fragments absents : %1, liens vers eux : %2</translation>
     </message>
     <message id="CliRobotsTitle">
-        <source>URLs robots.txt forbids: %1, links to them: %2</source>
-        <translation>URL que robots.txt interdit : %1, liens vers elles : %2</translation>
+        <source>Blocked by robots.txt: %1 URLs, links to them: %2</source>
+        <translation>Bloquées par robots.txt : %1 URL, liens vers elles : %2</translation>
     </message>
     <message id="CliExternalSummary">
         <source>list the links to other hosts with what their check answered (web rules)</source>
