@@ -370,6 +370,28 @@ TEST(WebLinkExtractorTest, ReferencesAreCleanedLikeBrowsersDo)
                                        QStringLiteral("http://example.com/caf%C3%A9%20menu.html")}));
 }
 
+TEST(WebLinkExtractorTest, LinksAfterTheEndOfTheRootElementAreFound)
+{
+    // Browsers put what follows </html> into the body; libxml2 alone stops reading there.
+    const WebPageScan page = scan("<html><body><a href=1>one</a></body></HTML ><script src=late.js></script>"
+                                  "<html><body><a href=2>two</a></body></html>\n<a href=3>three</a></html");
+    EXPECT_EQ(urls(page), (QStringList{QStringLiteral("http://example.com/dir/1"), QStringLiteral("http://example.com/dir/late.js"),
+                                       QStringLiteral("http://example.com/dir/2"), QStringLiteral("http://example.com/dir/3")}));
+}
+
+TEST(WebLinkExtractorTest, EndOfRootCutByAChunkBoundaryIsStillSeen)
+{
+    for (qsizetype cut = 0; cut < 8; ++cut) {
+        // The "</html>" begins `cut` bytes before the first chunk's end.
+        QByteArray html("<html><body><a href=first>first</a>");
+        html.append(QByteArray(WebLinkExtractor::kChunkSize - cut - html.size(), ' '));
+        html.append("</html><a href=after>after</a>");
+        EXPECT_EQ(urls(scan(html)), (QStringList{QStringLiteral("http://example.com/dir/first"),
+                                                 QStringLiteral("http://example.com/dir/after")}))
+            << cut;
+    }
+}
+
 TEST(WebLinkExtractorTest, LinksAtTheEndOfATwentyMebibytePageAreFound)
 {
     QByteArray html("<html><head><title>Big</title></head><body>");
