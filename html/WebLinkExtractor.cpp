@@ -111,6 +111,8 @@ WebPageScan WebLinkExtractor::scan(const QByteArray& html, const QUrl& pageUrl, 
         auto known = resolved.constFind(link.raw);
         if (known == resolved.constEnd())
             known = resolved.insert(link.raw, WebUrl::resolve(result.base, link.raw));
+        else
+            link.raw = known.key(); // one shared copy of a repeated reference
         link.url = known.value();
     }
     if (!handler.canonicalHref.isNull())

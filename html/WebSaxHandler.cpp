@@ -87,6 +87,19 @@ void WebSaxHandler::onRawText(void* context, const xmlChar* bytes, int length)
     static_cast<WebSaxHandler*>(context)->rawText(reinterpret_cast<const char*>(bytes), length);
 }
 
+const QString& WebSaxHandler::interned(const QString& text)
+{
+    auto found = interned_.constFind(text);
+    if (found == interned_.constEnd())
+        found = interned_.insert(text, text);
+    return found.value();
+}
+
+const QString& WebSaxHandler::interned(const char* utf8)
+{
+    return interned(QString::fromUtf8(utf8));
+}
+
 void WebSaxHandler::addLink(const char* tag, const char* attribute, const QString& value, const QString& linkText,
                             const QString& rel, bool navigational)
 {
@@ -97,10 +110,10 @@ void WebSaxHandler::addLink(const char* tag, const char* attribute, const QStrin
         return;
     if (link.raw.isNull())
         link.raw = QStringLiteral("");
-    link.tag = QString::fromUtf8(tag);
-    link.attribute = QString::fromUtf8(attribute);
+    link.tag = interned(tag);
+    link.attribute = interned(attribute);
     link.text = linkText;
-    link.rel = rel;
+    link.rel = rel.isEmpty() ? rel : interned(rel);
     link.nofollow = rel.split(u' ').contains(QStringLiteral("nofollow"));
     link.navigational = navigational;
     scan.links.append(std::move(link));
