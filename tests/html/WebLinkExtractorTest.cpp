@@ -273,6 +273,13 @@ TEST(WebLinkExtractorTest, AnchorTextGathersNestedMarkupWithBlanksCollapsed)
                                   QStringLiteral("Second"), QStringLiteral("Text"), QString()}));
 }
 
+TEST(WebLinkExtractorTest, BlockElementsInAnAnchorSeparateItsWords)
+{
+    const WebPageScan page = scan("<a href=card><h3>Title</h3><p>Summary<br>more</p><span>in</span><b>line</b></a>");
+    ASSERT_EQ(page.links.size(), 1);
+    EXPECT_EQ(page.links.front().text, QStringLiteral("Title Summary more inline"));
+}
+
 TEST(WebLinkExtractorTest, AnchorTextIsCutAtTwoHundredCharacters)
 {
     const QByteArray words = QByteArray("word ").repeated(100);
@@ -440,6 +447,16 @@ TEST(WebLinkExtractorTest, UndeclaredPageIsUtf8AndABadByteSpoilsOnlyItself)
     EXPECT_EQ(page.links[1].text, QStringLiteral("cr\u00e8me"));
     EXPECT_EQ(page.links[2].raw, QStringLiteral("bad\ufffd.html"));
     EXPECT_EQ(page.links[2].url.toString(QUrl::FullyEncoded), QStringLiteral("http://example.com/dir/bad%EF%BF%BD.html"));
+}
+
+TEST(WebLinkExtractorTest, CharsetMetaInTheBodyChangesNothing)
+{
+    // Neither the scan of the head nor libxml2, which would switch to Latin-1 at this <meta>.
+    const WebPageScan page = scan("<html><head><title>t</title></head><body><p>caf\xc3\xa9</p>"
+                                  "<meta charset=iso-8859-1><a href='caf\xc3\xa9.html'>caf\xc3\xa9</a></body></html>");
+    ASSERT_EQ(page.links.size(), 1);
+    EXPECT_EQ(page.links.front().raw, QStringLiteral("caf\u00e9.html"));
+    EXPECT_EQ(page.links.front().text, QStringLiteral("caf\u00e9"));
 }
 
 TEST(WebLinkExtractorTest, TransportCharsetComesBeforeTheMeta)
