@@ -66,7 +66,11 @@ void parse(const QByteArray& html, const QByteArray& encoding, WebSaxHandler& ha
     QByteArray carried;
     for (qsizetype at = 0; at < html.size(); at += WebLinkExtractor::kChunkSize) {
         const QByteArrayView chunk = QByteArrayView(html).sliced(at, qMin(WebLinkExtractor::kChunkSize, html.size() - at));
-        QByteArray utf8 = carried + QString(decoder.decode(chunk)).toUtf8();
+        QString text = decoder.decode(chunk);
+        // libxml2 ends an attribute or a text at a zero byte; browsers read U+FFFD there.
+        if (text.contains(QChar(0)))
+            text.replace(QChar(0), QChar(QChar::ReplacementCharacter));
+        QByteArray utf8 = carried + text.toUtf8();
         // A tag cut at the chunk's end waits for the next one, to be seen whole.
         const qsizetype lastTag = utf8.lastIndexOf('<');
         const bool last = at + chunk.size() >= html.size();

@@ -459,6 +459,37 @@ TEST(WebLinkExtractorTest, CharsetMetaInTheBodyChangesNothing)
     EXPECT_EQ(page.links.front().text, QStringLiteral("caf\u00e9"));
 }
 
+TEST(WebLinkExtractorTest, ZeroBytesReadAsReplacementCharacters)
+{
+    const char html[] = "<p>\0</p><a href='a\0b.html'>x\0y</a><a href='after.html'>after</a>";
+    const WebPageScan page = scan(QByteArray(html, sizeof html - 1));
+    ASSERT_EQ(page.links.size(), 2);
+    EXPECT_EQ(page.links[0].raw, QStringLiteral("a\ufffdb.html"));
+    EXPECT_EQ(page.links[0].text, QStringLiteral("x\ufffdy"));
+    EXPECT_EQ(page.links[1].raw, QStringLiteral("after.html"));
+}
+
+TEST(WebLinkExtractorTest, ShiftJisPageDeclaredByMetaCharset)
+{
+    const WebPageScan page = scan("<meta charset='Shift_JIS'><a href='\x82\xa0.html'>\x82\xa0</a>");
+    ASSERT_EQ(page.links.size(), 1);
+    EXPECT_EQ(page.links.front().raw, QStringLiteral("\u3042.html"));
+    EXPECT_EQ(page.links.front().url.toString(QUrl::FullyEncoded), QStringLiteral("http://example.com/dir/%E3%81%82.html"));
+}
+
+TEST(WebLinkExtractorTest, Utf16PageWithAByteOrderMark)
+{
+    const QString text = QStringLiteral("<meta charset=iso-8859-1><a href='caf\u00e9.html'>caf\u00e9</a>");
+    QByteArray html("\xff\xfe");
+    for (QChar c : text) {
+        html.append(static_cast<char>(c.unicode() & 0xff));
+        html.append(static_cast<char>(c.unicode() >> 8));
+    }
+    const WebPageScan page = scan(html);
+    ASSERT_EQ(page.links.size(), 1);
+    EXPECT_EQ(page.links.front().raw, QStringLiteral("caf\u00e9.html"));
+}
+
 TEST(WebLinkExtractorTest, TransportCharsetComesBeforeTheMeta)
 {
     const QByteArray html("<meta charset=utf-8><a href='caf\xe9.html'>x</a>");
