@@ -1,12 +1,14 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building, testing and running Quillmere need.
 # Idempotent: when every package is already present it only checks and returns.
-#   scripts/install-deps.sh            core, command line, tests, demo
+#   scripts/install-deps.sh            core, command line, tests (with the PostgreSQL manual, a real
+#                                      HTML tree a test crawls), demo
 #   scripts/install-deps.sh --gui      also the desktop program's packages: Qt Widgets and WebEngine,
 #                                      Qt's own French texts, a virtual X server for headless
 #                                      screenshots, and a font
 #   scripts/install-deps.sh --bench    also the benchmark's peers (nginx, wget, linkchecker) and a
-#                                      real documentation tree to crawl (the PostgreSQL manual)
+#                                      real documentation trees to crawl (the PostgreSQL, Python and
+#                                      SQLite manuals)
 set -euo pipefail
 
 packages=(
@@ -15,12 +17,14 @@ packages=(
   libsqlite3-dev libxml2-dev libcurl4-openssl-dev zlib1g-dev
   libcpp-httplib-dev libgtest-dev libxml2-utils
   clang libclang-rt-14-dev
+  python3 postgresql-doc-15
 )
 for arg in "$@"; do
   case "$arg" in
     --gui) packages+=(qt6-tools-dev qt6-webengine-dev libgl-dev qt6-translations-l10n
                       xvfb xauth fonts-dejavu-core) ;;
-    --bench) packages+=(nginx wget linkchecker valgrind time python3 curl postgresql-doc-15) ;;
+    --bench) packages+=(nginx wget linkchecker valgrind time python3 curl
+                     python3-doc sqlite3-doc) ;;
     *) echo "install-deps.sh: unknown option $arg" >&2; exit 2 ;;
   esac
 done

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 
 namespace {
@@ -36,9 +38,14 @@ const char* reasonPhrase(int status)
     case 307: return "Temporary Redirect";
     case 308: return "Permanent Redirect";
     case 400: return "Bad Request";
+    case 401: return "Unauthorized";
     case 403: return "Forbidden";
     case 404: return "Not Found";
+    case 405: return "Method Not Allowed";
+    case 410: return "Gone";
+    case 429: return "Too Many Requests";
     case 500: return "Internal Server Error";
+    case 503: return "Service Unavailable";
     default: return "Status";
     }
 }
@@ -119,6 +126,11 @@ std::string LocalHttpServer::percentDecode(std::string_view text)
 
 LocalHttpServer::LocalHttpServer() : server_([this](RawTcpServer::Connection& c) { serve(c); }) {}
 
+LocalHttpServer::LocalHttpServer(const std::string& address)
+    : server_([this](RawTcpServer::Connection& c) { serve(c); }, address)
+{
+}
+
 LocalHttpServer::~LocalHttpServer()
 {
     stop();
@@ -156,6 +168,100 @@ void LocalHttpServer::setRedirect(const std::string& path, const std::string& lo
         response.setHeader("Location", location);
         response.setContent("<html><body>Moved</body></html>", "text/html");
     });
+}
+
+void LocalHttpServer::serveDirectory(const std::string& prefix, const std::string& directory)
+{
+    std::lock_guard lock(mutex_);
+    directories_[prefix] = directory;
+}
+
+std::string LocalHttpServer::contentTypeFor(const std::string& fileName)
+{
+    static const std::map<std::string, std::string> types = {
+        {"html", "text/html; charset=utf-8"}, {"htm", "text/html; charset=utf-8"},
+        {"xhtml", "application/xhtml+xml"},   {"css", "text/css"},
+        {"js", "text/javascript"},            {"mjs", "text/javascript"},
+        {"json", "application/json"},         {"xml", "application/xml"},
+        {"txt", "text/plain; charset=utf-8"}, {"png", "image/png"},
+        {"jpg", "image/jpeg"},                {"jpeg", "image/jpeg"},
+        {"gif", "image/gif"},                 {"svg", "image/svg+xml"},
+        {"webp", "image/webp"},               {"ico", "image/x-icon"},
+        {"pdf", "application/pdf"},           {"woff", "font/woff"},
+        {"woff2", "font/woff2"},              {"mp4", "video/mp4"},
+        {"webm", "video/webm"},               {"mp3", "audio/mpeg"},
+        {"zip", "application/zip"},           {"gz", "application/gzip"},
+    };
+    const size_t slash = fileName.find_last_of('/');
+    const size_t dot = fileName.find_last_of('.');
+    if (dot == std::string::npos || (slash != std::string::npos && dot < slash))
+        return "application/octet-stream";
+    std::string extension = fileName.substr(dot + 1);
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const auto it = types.find(extension);
+    return it == types.end() ? "application/octet-stream" : it->second;
+}
+
+bool LocalHttpServer::serveFromDirectory(const HttpRequest& request, HttpResponse& response) const
+{
+    namespace fs = std::filesystem;
+    std::string prefix, directory;
+    {
+        std::lock_guard lock(mutex_);
+        for (const auto& [p, d] : directories_)
+            if (request.path.compare(0, p.size(), p) == 0 && p.size() > prefix.size()) {
+                prefix = p;
+                directory = d;
+            }
+        // "/docs" asked for a prefix "/docs/": the directory itself, without its slash.
+        if (prefix.empty())
+            for (const auto& [p, d] : directories_)
+                if (!p.empty() && p.back() == '/' && request.path + "/" == p) {
+                    response.status = 301;
+                    response.setHeader("Location", p);
+                    response.setContent("<html><body>Moved</body></html>", "text/html");
+                    return true;
+                }
+    }
+    if (prefix.empty())
+        return false;
+
+    const auto notFound = [&response] {
+        response.status = 404;
+        response.setContent("<html><head><title>Not Found</title></head><body>Not Found</body></html>", "text/html");
+        return true;
+    };
+    const std::string rest = request.path.substr(prefix.size());
+    // Refuse any way out of the directory: "..", and the NUL a C path would stop at.
+    std::istringstream segments(rest);
+    for (std::string segment; std::getline(segments, segment, '/');)
+        if (segment == "..")
+            return notFound();
+    if (rest.find('\0') != std::string::npos)
+        return notFound();
+
+    fs::path file = fs::path(directory) / rest;
+    std::error_code error;
+    if (fs::is_directory(file, error)) {
+        if (!rest.empty() && rest.back() != '/') {
+            response.status = 301;
+            response.setHeader("Location", request.target.substr(0, request.target.find('?')) + "/");
+            response.setContent("<html><body>Moved</body></html>", "text/html");
+            return true;
+        }
+        file /= "index.html";
+    }
+    if (!fs::is_regular_file(file, error))
+        return notFound();
+    std::ifstream in(file, std::ios::binary);
+    if (!in)
+        return notFound();
+    std::ostringstream content;
+    content << in.rdbuf();
+    response.status = 200;
+    response.setContent(content.str(), contentTypeFor(file.filename().string()));
+    return true;
 }
 
 std::vector<HttpRequest> LocalHttpServer::requests() const
@@ -204,7 +310,7 @@ void LocalHttpServer::serve(RawTcpServer::Connection& connection)
     HttpResponse response;
     if (handler) {
         handler(request, response);
-    } else {
+    } else if (!serveFromDirectory(request, response)) {
         response.status = 404;
         response.setContent("<html><head><title>Not Found</title></head><body>Not Found</body></html>", "text/html");
     }

@@ -113,7 +113,10 @@ void RawTcpServer::Connection::close()
     }
 }
 
-RawTcpServer::RawTcpServer(Handler handler) : handler_(std::move(handler)) {}
+RawTcpServer::RawTcpServer(Handler handler, std::string address)
+    : handler_(std::move(handler)), address_(std::move(address))
+{
+}
 
 RawTcpServer::~RawTcpServer()
 {
@@ -122,7 +125,7 @@ RawTcpServer::~RawTcpServer()
 
 std::string RawTcpServer::baseUrl() const
 {
-    return "http://127.0.0.1:" + std::to_string(port_);
+    return "http://" + address_ + ":" + std::to_string(port_);
 }
 
 bool RawTcpServer::start()
@@ -134,10 +137,10 @@ bool RawTcpServer::start()
     ::setsockopt(listenFd_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     sockaddr_in address{};
     address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = 0;
     socklen_t length = sizeof address;
-    if (::bind(listenFd_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
+    if (::inet_pton(AF_INET, address_.c_str(), &address.sin_addr) != 1 ||
+        ::bind(listenFd_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
         ::listen(listenFd_, 64) != 0 ||
         ::getsockname(listenFd_, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
         ::close(listenFd_);

@@ -9,7 +9,9 @@
 #include <thread>
 #include <vector>
 
-// A TCP server on 127.0.0.1 (a free port) that hands every accepted connection to a handler
+// A TCP server on a loopback address (127.0.0.1 unless told another: Linux routes all of
+// 127.0.0.0/8 to the loopback interface, so 127.0.0.2 and 127.0.0.3 stand for other hosts) and
+// a free port, that hands every accepted connection to a handler
 // running on a thread of its own. Meant for answers no well-behaved HTTP server gives: a
 // Content-Length that lies, a server that stalls, a body that never ends.
 //
@@ -51,7 +53,8 @@ public:
 
     using Handler = std::function<void(Connection&)>;
 
-    explicit RawTcpServer(Handler handler);
+    // `address`: a dotted IPv4 loopback address, such as "127.0.0.2".
+    explicit RawTcpServer(Handler handler, std::string address = "127.0.0.1");
     ~RawTcpServer();
     RawTcpServer(const RawTcpServer&) = delete;
     RawTcpServer& operator=(const RawTcpServer&) = delete;
@@ -62,7 +65,8 @@ public:
     void stop();
 
     int port() const { return port_; }
-    // "http://127.0.0.1:<port>"
+    const std::string& address() const { return address_; }
+    // "http://<address>:<port>"
     std::string baseUrl() const;
     // Connections accepted so far.
     int connectionCount() const { return connectionCount_; }
@@ -71,6 +75,7 @@ private:
     void acceptLoop();
 
     Handler handler_;
+    std::string address_;
     int listenFd_ = -1;
     int port_ = 0;
     std::atomic<bool> stopping_{false};
