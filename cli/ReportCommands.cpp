@@ -180,7 +180,9 @@ QString webCounts(const ProjectPtr& project)
             const qint64 n = byClass.value(QLatin1String(name));
             total += n;
             if (n > 0)
-                parts << QStringLiteral("%1 %2").arg(QLatin1String(name)).arg(n);
+                parts << QStringLiteral("%1 %2")
+                             .arg(qstrcmp(name, "robots") == 0 ? QStringLiteral("blocked by robots.txt") : QLatin1String(name))
+                             .arg(n);
         }
         out += QStringLiteral("  ") + label(kind[1]) + QString::number(total)
                + (parts.isEmpty() ? QString() : QStringLiteral(" (") + parts.join(QStringLiteral(", ")) + QLatin1Char(')'))
@@ -333,6 +335,8 @@ void printCrawlReport(const std::shared_ptr<Project>& project, const CrawlRunFig
     out += CliText::tr("CliReportTitle").arg(DisplayText::escapeControls(project->name()),
                                               DisplayText::escapeControls(project->url()))
            + how + QLatin1Char('\n');
+    if (figures.webRules)
+        out += label("CliShowRules") + LinkRulesStore::nameOf(LinkRules::Web) + QLatin1Char('\n');
     out += label("CliReportPagesAnalysed")
            + CliText::tr("CliReportPagesValue").arg(project->pages_count()).arg(figures.pagesThisRun) + QLatin1Char('\n');
     out += label("CliReportDeepest") + QString::number(project->max_depth()) + QLatin1Char('\n');
@@ -349,6 +353,9 @@ void printCrawlReport(const std::shared_ptr<Project>& project, const CrawlRunFig
     if (figures.webRules) {
         out += label("CliReportBrokenFragments") + QString::number(figures.brokenFragments) + QLatin1Char('\n');
         out += webCounts(project);
+        const qint64 blocked = WebAudit::countsByKind(project).value(QStringLiteral("external")).value(QStringLiteral("blocked"));
+        if (blocked > 0)
+            out += CliText::tr("CliReportBlockedNote").arg(blocked).arg(project->name()) + QLatin1Char('\n');
     }
     if (figures.misreadBroken > 0)
         out += CliText::tr("CliClassicMisreadHint").arg(figures.misreadBroken) + QLatin1Char('\n');

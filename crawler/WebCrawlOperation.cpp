@@ -236,6 +236,10 @@ bool WebCrawlOperation::dispatchChecks()
                 askRobots(originOf(url));
                 continue;
             }
+            if (!robots.unreachable.isEmpty()) {
+                recordUnreachable(check, robots.unreachable);
+                continue;
+            }
             const RobotsPolicy::Verdict verdict = robots.policy.check(url);
             if (!verdict.allowed) {
                 WebStore::setVerdict(project, check.idt, QLatin1String(WebStore::kRobots), verdict.rule);
@@ -413,6 +417,18 @@ void WebCrawlOperation::checkAnswered(const WebStore::PendingCheck& check, const
         return;  // still pending: checked by the next run
     const bool external = check.kind == QLatin1String(WebStore::kExternal);
     const QString verdict = verdictOf(response, external);
+    const QString type = response.contentType.section(QLatin1Char(';'), 0, 0).trimmed().toLower();
+    if (!external && verdict == QLatin1String(WebStore::kOk) && response.outcome.redirectChain.isEmpty()
+        && (type == QLatin1String("text/html") || type == QLatin1String("application/xhtml+xml"))) {
+        // Named first by a tag that loads (link rel=next, an iframe's neighbour...), it is a
+        // page of the site all the same: crawled, not just checked.
+        WebStore::setKind(project(), check.idt, QLatin1String(WebStore::kPage));
+        targets_[check.url].kind = QLatin1String(WebStore::kPage);
+        const qint32 depth = targetDepth_.value(check.idt, qMax<qint32>(1, project()->max_depth() + 1));
+        enqueuePage(check.url, depth);
+        ++entriesInWebGroup_;
+        return;
+    }
     WebStore::recordAnswer(project(), check.idt, response.outcome.status,
                            FetchOutcome::failureName(response.outcome.failure), verdict, response.contentType,
                            response.outcome.finalURL);
@@ -430,13 +446,25 @@ void WebCrawlOperation::robotsAnswered(const QString& origin, const WebResponse&
     }
     if (WebUrl::isSameOrigin(QUrl(origin), siteOrigin_))
         FetchLog::recordFetch(response.outcome, project());
-    const bool answered = response.outcome.status > 0
-                          && response.outcome.failure != FetchOutcome::Failure::TimedOut;
-    robots.policy = RobotsPolicy::fromAnswer(answered ? response.outcome.status : 0, response.body, productToken());
+    const FetchOutcome::Failure failure = response.outcome.failure;
+    const bool answered = response.outcome.status > 0 && failure != FetchOutcome::Failure::TimedOut;
     robots.known = true;
+    if (!answered && (failure == FetchOutcome::Failure::Refused || failure == FetchOutcome::Failure::HostNotFound)) {
+        // No server there: its links are broken, not forbidden. The site's own pages are
+        // asked anyway, and their answers say so.
+        robots.policy = RobotsPolicy::allowAll();
+        if (!WebUrl::isSameOrigin(QUrl(origin), siteOrigin_))
+            robots.unreachable = FetchOutcome::failureName(failure);
+    } else {
+        robots.policy = RobotsPolicy::fromAnswer(answered ? response.outcome.status : 0, response.body, productToken());
+    }
     const QList<WebStore::PendingCheck> parked = robots.parked;
     robots.parked.clear();
     for (const auto& check : parked) {
+        if (!robots.unreachable.isEmpty()) {
+            recordUnreachable(check, robots.unreachable);
+            continue;
+        }
         const QUrl url(check.url);
         const RobotsPolicy::Verdict verdict = robots.policy.check(url);
         if (verdict.allowed) {
@@ -446,6 +474,13 @@ void WebCrawlOperation::robotsAnswered(const QString& origin, const WebResponse&
         WebStore::setVerdict(project(), check.idt, QLatin1String(WebStore::kRobots), verdict.rule);
         targets_[check.url].verdict = QLatin1String(WebStore::kRobots);
     }
+}
+
+void WebCrawlOperation::recordUnreachable(const WebStore::PendingCheck& check, const QString& failure)
+{
+    WebStore::recordAnswer(project(), check.idt, 0, failure, QLatin1String(WebStore::kBroken), QString(), QString());
+    targets_[check.url].verdict = QLatin1String(WebStore::kBroken);
+    ++entriesInWebGroup_;
 }
 
 void WebCrawlOperation::recordLink(qint64 sourcePage, const WebLinkFound& link, qint32 depth)
@@ -501,6 +536,7 @@ qint64 WebCrawlOperation::targetFor(const QUrl& url, bool navigational, qint32 d
     if (!idt)
         return 0;
     targets_.insert(identity, WebStore::Target{idt, *kind, verdict});
+    targetDepth_.insert(idt, depth);
     if (verdict == QLatin1String(WebStore::kPending)) {
         if (*kind == QLatin1String(WebStore::kPage))
             enqueuePage(identity, depth);

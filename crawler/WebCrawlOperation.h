@@ -50,6 +50,9 @@ private:
         bool asked = false;
         RobotsPolicy policy = RobotsPolicy::allowAll();
         QList<WebStore::PendingCheck> parked;  // checks waiting for this host's rules
+        // The host could not be reached at all (refused, no such host): what is linked there
+        // is broken for the same reason, without asking again.
+        QString unreachable;
     };
 
     void startRun();
@@ -70,6 +73,7 @@ private:
     void checkAnswered(const WebStore::PendingCheck& check, const WebResponse& response);
     void robotsAnswered(const QString& origin, const WebResponse& response);
     void recordLink(qint64 sourcePage, const WebLinkFound& link, qint32 depth);
+    void recordUnreachable(const WebStore::PendingCheck& check, const QString& failure);
     // The target of a URL, made when new; 0 when it could not be written.
     qint64 targetFor(const QUrl& url, bool navigational, qint32 depth, QString* kind);
     void enqueuePage(const QString& identity, qint32 depth);
@@ -94,6 +98,9 @@ private:
     bool newEntries_ = true;
     bool newChecks_ = true;
     bool depthStop_ = false;
+    // Where each target of this run was first found: a resource that answers HTML becomes a
+    // page at that depth.
+    QHash<qint64, qint32> targetDepth_;
     qint64 waitingCount_ = 0;
     qint64 doneCount_ = 0;
     int pagesInFlight_ = 0;

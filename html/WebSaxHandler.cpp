@@ -5,13 +5,27 @@
 #include "html/WebSrcset.h"
 #include "html/WebUrl.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <string_view>
 
 namespace {
 
 bool is(const char* name, const char* expected)
 {
     return std::strcmp(name, expected) == 0;
+}
+
+// Elements that stand apart from the text around them, as a browser shows them: their
+// boundaries separate words in an anchor's text ("<h3>Title</h3><p>Summary</p>").
+bool separatesWords(const char* name)
+{
+    static constexpr std::string_view kSeparating[] = {
+        "address", "article", "aside", "blockquote", "br", "dd", "details", "div", "dl", "dt", "figcaption",
+        "figure", "footer", "h1", "h2", "h3", "h4", "h5", "h6", "header", "hr", "li", "main", "nav", "ol", "p",
+        "pre", "section", "summary", "table", "td", "th", "tr", "ul"};
+    return std::binary_search(std::begin(kSeparating), std::end(kSeparating), std::string_view(name));
 }
 
 // The value of an attribute ("" for one written without a value), or null when absent.
@@ -87,6 +101,19 @@ void WebSaxHandler::onRawText(void* context, const xmlChar* bytes, int length)
     static_cast<WebSaxHandler*>(context)->rawText(reinterpret_cast<const char*>(bytes), length);
 }
 
+const QString& WebSaxHandler::interned(const QString& text)
+{
+    auto found = interned_.constFind(text);
+    if (found == interned_.constEnd())
+        found = interned_.insert(text, text);
+    return found.value();
+}
+
+const QString& WebSaxHandler::interned(const char* utf8)
+{
+    return interned(QString::fromUtf8(utf8));
+}
+
 void WebSaxHandler::addLink(const char* tag, const char* attribute, const QString& value, const QString& linkText,
                             const QString& rel, bool navigational)
 {
@@ -97,10 +124,10 @@ void WebSaxHandler::addLink(const char* tag, const char* attribute, const QStrin
         return;
     if (link.raw.isNull())
         link.raw = QStringLiteral("");
-    link.tag = QString::fromUtf8(tag);
-    link.attribute = QString::fromUtf8(attribute);
+    link.tag = interned(tag);
+    link.attribute = interned(attribute);
     link.text = linkText;
-    link.rel = rel;
+    link.rel = rel.isEmpty() ? rel : interned(rel);
     link.nofollow = rel.split(u' ').contains(QStringLiteral("nofollow"));
     link.navigational = navigational;
     scan.links.append(std::move(link));
@@ -176,6 +203,8 @@ void WebSaxHandler::startElement(const char* name, const char* const* attributes
                 scan.fragmentIds.insert(text(attributes[i + 1]));
         }
     }
+    if (anchor_ >= 0 && separatesWords(name))
+        anchorText_.append(u" ");
     const char* title = attributeOf(attributes, "title");
     auto source = [&](const char* attribute, bool navigational = false) {
         if (const char* value = attributeOf(attributes, attribute))
@@ -295,6 +324,8 @@ void WebSaxHandler::endElement(const char* name)
 {
     if (!name)
         return;
+    if (anchor_ >= 0 && separatesWords(name))
+        anchorText_.append(u" ");
     if (is(name, "a")) {
         closeAnchor();
     } else if (is(name, "title")) {

@@ -3,6 +3,7 @@
 #include "html/CollapsedText.h"
 #include "html/WebLinkExtractor.h"
 
+#include <QHash>
 #include <QString>
 
 #include <libxml/HTMLparser.h>
@@ -45,6 +46,11 @@ private:
     static void onEndElement(void* context, const xmlChar* name);
     static void onCharacters(void* context, const xmlChar* bytes, int length);
     static void onRawText(void* context, const xmlChar* bytes, int length);
+
+    // One shared copy of each tag, attribute and rel text: a page repeats them thousands of times.
+    const QString& interned(const char* utf8);
+    const QString& interned(const QString& text);
+    QHash<QString, QString> interned_;
 
     qsizetype anchor_ = -1;  // index in scan.links of the open a, or -1
     CollapsedText anchorText_{kTextLimit};

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Builds the libFuzzer targets of the parsers of network input (HTML, links, robots.txt
-# rules, percent-escapes and Mac OS Roman, response headers, redirect resolution,
-# Retry-After) with clang and the address and undefined-behaviour sanitizers, then runs each
-# for a fixed number of inputs from its seed corpus in tests/fuzz/corpus/<target>/, with a
-# fixed seed (and tests/fuzz/dict/<target>.dict where there is one). Exits non-zero when a
-# fuzzer reports a crash, a sanitizer error, a leak or an unexpected exception, naming the
-# target and the file that reproduces it.
+# Builds the libFuzzer targets of the parsers of network input (HTML, links, the web rules'
+# link reader, robots.txt rules, percent-escapes and Mac OS Roman, response headers,
+# redirect resolution, Retry-After) with clang and the address and undefined-behaviour
+# sanitizers, then runs each for a fixed number of inputs from its seed corpus in
+# tests/fuzz/corpus/<target>/, with a fixed seed (and tests/fuzz/dict/<target>.dict where
+# there is one). Exits non-zero when a fuzzer reports a crash, a sanitizer error, a leak or
+# an unexpected exception, naming the target and the file that reproduces it.
 #
 #   scripts/fuzz.sh [build-dir] [target...]   build dir defaults to build/fuzz; all targets
 #   FUZZ_RUNS=100000 FUZZ_MAX_LEN=4096 FUZZ_SEED=1 FUZZ_JOBS=2 override the run.

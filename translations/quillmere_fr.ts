@@ -1599,8 +1599,8 @@ Options :
         <translation>Fragments absents : %1, liens vers eux : %2</translation>
     </message>
     <message id="CliRobotsTitle">
-        <source>URLs robots.txt forbids: %1, links to them: %2</source>
-        <translation>URL que robots.txt interdit : %1, liens vers elles : %2</translation>
+        <source>Blocked by robots.txt: %1 URLs, links to them: %2</source>
+        <translation>Bloquées par robots.txt : %1 URL, liens vers elles : %2</translation>
     </message>
     <message id="CliExternalSummary">
         <source>list the links to other hosts with what their check answered (web rules)</source>
@@ -1713,6 +1713,10 @@ la règle qui l&apos;a décidé (crawl --ignore-robots la demande quand même).
     <message id="CheckWebLinkProblem">
         <source>a link from page %1 to target %2: the page or the target is missing</source>
         <translation>un lien de la page %1 vers la cible %2 : la page ou la cible manque</translation>
+    </message>
+    <message id="CliReportBlockedNote">
+        <source>%1 external URLs turned the crawler away (401, 403, 429, 999 or a challenge page): they are blocked, not broken, and may well work in a browser (see &apos;external %2&apos;)</source>
+        <translation>%1 URL externes ont refusé le robot (401, 403, 429, 999 ou une page de défi) : elles sont bloquées, pas cassées, et peuvent marcher dans un navigateur (voir « external %2 »)</translation>
     </message>
 </context>
 </TS>

@@ -273,6 +273,13 @@ TEST(WebLinkExtractorTest, AnchorTextGathersNestedMarkupWithBlanksCollapsed)
                                   QStringLiteral("Second"), QStringLiteral("Text"), QString()}));
 }
 
+TEST(WebLinkExtractorTest, BlockElementsInAnAnchorSeparateItsWords)
+{
+    const WebPageScan page = scan("<a href=card><h3>Title</h3><p>Summary<br>more</p><span>in</span><b>line</b></a>");
+    ASSERT_EQ(page.links.size(), 1);
+    EXPECT_EQ(page.links.front().text, QStringLiteral("Title Summary more inline"));
+}
+
 TEST(WebLinkExtractorTest, AnchorTextIsCutAtTwoHundredCharacters)
 {
     const QByteArray words = QByteArray("word ").repeated(100);
@@ -370,6 +377,28 @@ TEST(WebLinkExtractorTest, ReferencesAreCleanedLikeBrowsersDo)
                                        QStringLiteral("http://example.com/caf%C3%A9%20menu.html")}));
 }
 
+TEST(WebLinkExtractorTest, LinksAfterTheEndOfTheRootElementAreFound)
+{
+    // Browsers put what follows </html> into the body; libxml2 alone stops reading there.
+    const WebPageScan page = scan("<html><body><a href=1>one</a></body></HTML ><script src=late.js></script>"
+                                  "<html><body><a href=2>two</a></body></html>\n<a href=3>three</a></html");
+    EXPECT_EQ(urls(page), (QStringList{QStringLiteral("http://example.com/dir/1"), QStringLiteral("http://example.com/dir/late.js"),
+                                       QStringLiteral("http://example.com/dir/2"), QStringLiteral("http://example.com/dir/3")}));
+}
+
+TEST(WebLinkExtractorTest, EndOfRootCutByAChunkBoundaryIsStillSeen)
+{
+    for (qsizetype cut = 0; cut < 8; ++cut) {
+        // The "</html>" begins `cut` bytes before the first chunk's end.
+        QByteArray html("<html><body><a href=first>first</a>");
+        html.append(QByteArray(WebLinkExtractor::kChunkSize - cut - html.size(), ' '));
+        html.append("</html><a href=after>after</a>");
+        EXPECT_EQ(urls(scan(html)), (QStringList{QStringLiteral("http://example.com/dir/first"),
+                                                 QStringLiteral("http://example.com/dir/after")}))
+            << cut;
+    }
+}
+
 TEST(WebLinkExtractorTest, LinksAtTheEndOfATwentyMebibytePageAreFound)
 {
     QByteArray html("<html><head><title>Big</title></head><body>");
@@ -418,6 +447,47 @@ TEST(WebLinkExtractorTest, UndeclaredPageIsUtf8AndABadByteSpoilsOnlyItself)
     EXPECT_EQ(page.links[1].text, QStringLiteral("cr\u00e8me"));
     EXPECT_EQ(page.links[2].raw, QStringLiteral("bad\ufffd.html"));
     EXPECT_EQ(page.links[2].url.toString(QUrl::FullyEncoded), QStringLiteral("http://example.com/dir/bad%EF%BF%BD.html"));
+}
+
+TEST(WebLinkExtractorTest, CharsetMetaInTheBodyChangesNothing)
+{
+    // Neither the scan of the head nor libxml2, which would switch to Latin-1 at this <meta>.
+    const WebPageScan page = scan("<html><head><title>t</title></head><body><p>caf\xc3\xa9</p>"
+                                  "<meta charset=iso-8859-1><a href='caf\xc3\xa9.html'>caf\xc3\xa9</a></body></html>");
+    ASSERT_EQ(page.links.size(), 1);
+    EXPECT_EQ(page.links.front().raw, QStringLiteral("caf\u00e9.html"));
+    EXPECT_EQ(page.links.front().text, QStringLiteral("caf\u00e9"));
+}
+
+TEST(WebLinkExtractorTest, ZeroBytesReadAsReplacementCharacters)
+{
+    const char html[] = "<p>\0</p><a href='a\0b.html'>x\0y</a><a href='after.html'>after</a>";
+    const WebPageScan page = scan(QByteArray(html, sizeof html - 1));
+    ASSERT_EQ(page.links.size(), 2);
+    EXPECT_EQ(page.links[0].raw, QStringLiteral("a\ufffdb.html"));
+    EXPECT_EQ(page.links[0].text, QStringLiteral("x\ufffdy"));
+    EXPECT_EQ(page.links[1].raw, QStringLiteral("after.html"));
+}
+
+TEST(WebLinkExtractorTest, ShiftJisPageDeclaredByMetaCharset)
+{
+    const WebPageScan page = scan("<meta charset='Shift_JIS'><a href='\x82\xa0.html'>\x82\xa0</a>");
+    ASSERT_EQ(page.links.size(), 1);
+    EXPECT_EQ(page.links.front().raw, QStringLiteral("\u3042.html"));
+    EXPECT_EQ(page.links.front().url.toString(QUrl::FullyEncoded), QStringLiteral("http://example.com/dir/%E3%81%82.html"));
+}
+
+TEST(WebLinkExtractorTest, Utf16PageWithAByteOrderMark)
+{
+    const QString text = QStringLiteral("<meta charset=iso-8859-1><a href='caf\u00e9.html'>caf\u00e9</a>");
+    QByteArray html("\xff\xfe");
+    for (QChar c : text) {
+        html.append(static_cast<char>(c.unicode() & 0xff));
+        html.append(static_cast<char>(c.unicode() >> 8));
+    }
+    const WebPageScan page = scan(html);
+    ASSERT_EQ(page.links.size(), 1);
+    EXPECT_EQ(page.links.front().raw, QStringLiteral("caf\u00e9.html"));
 }
 
 TEST(WebLinkExtractorTest, TransportCharsetComesBeforeTheMeta)

@@ -2,12 +2,15 @@
 // it is a tool of the project, not part of the shipped program.
 //   quillmere-gui-harness [--data-dir DIR] --screenshot FILE
 //   quillmere-gui-harness [--data-dir DIR] --bench-crawl NAME
+//   quillmere-gui-harness [--data-dir DIR] --screenshot-new-project FILE
 // --screenshot FILE serves the built-in demo site, presses the start button, waits for the
 // crawl and the vacuum that follows it to end (two minutes at most), selects the page that
 // receives the most links so that the links list has rows, lets the preview finish loading,
 // then saves a PNG of the main window as the screen shows it and quits. Status 0 when the file
 // is written, 1 with a message otherwise. The picture comes from the screen, not from the
 // widgets, so that it shows the preview: it needs a display, xvfb-run's will do.
+// --screenshot-new-project FILE opens the new-project sheet, fills it in with the web rules
+// chosen and saves a PNG of the sheet as its widgets draw it.
 // --bench-crawl NAME opens the project NAME, crawls it from scratch from the start button
 // and quits, printing on standard output one line:
 //   bench-crawl pages=P seconds=S max_paint_gap_ms=G max_tick_gap_ms=T
@@ -21,6 +24,7 @@
 #include "app/GuiLaunch.h"
 #include "app/MainViewController.h"
 #include "app/MainWindow.h"
+#include "app/NewProjectWindowController.h"
 #include "app/WebPreviewPage.h"
 #include "crawler/CrawlStartDecision.h"
 #include "demo/DemoServer.h"
@@ -28,7 +32,9 @@
 #include "store/Project.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QCommandLineParser>
+#include <QLineEdit>
 #include <QPixmap>
 #include <QScreen>
 #include <QTableView>
@@ -82,12 +88,31 @@ int main(int argc, char** argv)
     QCommandLineOption benchCrawl(QStringLiteral("bench-crawl"),
                                   QStringLiteral("crawl the project from scratch, print the time taken and quit"),
                                   QStringLiteral("NAME"));
+    QCommandLineOption sheetShot(QStringLiteral("screenshot-new-project"),
+                                 QStringLiteral("open the new-project sheet, save it as a PNG and quit"), QStringLiteral("FILE"));
+    parser.addOption(sheetShot);
     parser.addOption(dataDir);
     parser.addOption(screenshot);
     parser.addOption(benchCrawl);
     parser.process(app);
     if (parser.isSet(dataDir))
         DataModelManager::setDataDirectoryOverride(parser.value(dataDir));
+    if (parser.isSet(sheetShot)) {
+        AppDelegate delegate;
+        delegate.applicationDidFinishLaunching();
+        delegate.window()->show();
+        delegate.createProject();
+        NewProjectWindowController* sheet = delegate.mainViewController()->projectWindowController();
+        if (!sheet)
+            return 1;
+        sheet->textFieldName()->setText(QStringLiteral("manuel"));
+        sheet->textFieldURL()->setText(QStringLiteral("https://www.example.org/docs/"));
+        sheet->popUpLinkRules()->setCurrentIndex(1);
+        QApplication::processEvents();
+        const bool saved = sheet->grab().save(parser.value(sheetShot), "PNG");
+        std::fprintf(stderr, "%s %s\n", saved ? "Sheet saved in" : "could not save", qPrintable(parser.value(sheetShot)));
+        return saved ? 0 : 1;
+    }
     if (parser.isSet(screenshot) == parser.isSet(benchCrawl)) {
         std::fprintf(stderr, "quillmere-gui-harness: give one of --screenshot FILE and --bench-crawl NAME\n");
         return 2;
