@@ -18,8 +18,9 @@ they hold is looked up on disk:
     hosts are left alone;
   - a target is broken when no file answers it: the file is missing, or it is a directory
     without index.html. The query is ignored (a static server ignores it);
-  - pages read further: targets of a, area, iframe, frame and meta refresh that are .html or
-    .htm files;
+  - pages read further: every target that is an .html or .htm file (served as HTML), whatever
+    the tag that named it; a directory named without its final "/" only through a, area, iframe,
+    frame or meta refresh, which follow the server's redirect to "DIR/";
   - a link to a page with a fragment is checked against the target's id attributes and
     <a name>: "" and "top" always exist.
 
@@ -307,10 +308,13 @@ def main():
                     entry["linkedFrom"].append(source)
                 continue
             # A directory asked without its "/" is sent to it: the page is the one with the "/".
-            if os.path.isdir(os.path.join(tree.root, unquote(urlsplit(url).path)[len(tree.base_path):])) \
-                    and not urlsplit(url).path.endswith("/"):
+            redirected = os.path.isdir(os.path.join(tree.root, unquote(urlsplit(url).path)[len(tree.base_path):])) \
+                and not urlsplit(url).path.endswith("/")
+            if redirected:
                 url = url.split("?")[0] + "/"
-            if navigational and is_html(found) and url not in seen:
+            # An HTML file is a page of the site whatever named it (a, iframe, link rel=next...);
+            # a redirect is followed from a link to navigate only.
+            if is_html(found) and (navigational or not redirected) and url not in seen:
                 seen.add(url)
                 queue.append((url, found))
             if "#" in target and navigational and is_html(found):
