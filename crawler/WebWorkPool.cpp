@@ -86,6 +86,9 @@ void WebWorkPool::work()
         }
         lock.lock();
         --running_;
-        wake_.notify_all();
+        // A place at a gate came free: one idle thread is enough to take the task that
+        // waited for it. Waking them all made every end of a request a stampede.
+        if (!waiting_.empty())
+            wake_.notify_one();
     }
 }
