@@ -96,6 +96,21 @@ inline void finish(sqlite3_stmt* stmt)
     StatementCache::giveBack(stmt);
 }
 
+// Whether the database holds a table of that name.
+inline bool hasTable(sqlite3* db, const char* name)
+{
+    sqlite3_stmt* stmt = nullptr;
+    if (!db || sqlite3_prepare_v2(db, "select count(*) from sqlite_master where type='table' and name=?", -1, &stmt,
+                                  nullptr) != SQLITE_OK) {
+        sqlite3_finalize(stmt);
+        return false;
+    }
+    sqlite3_bind_text(stmt, 1, name, -1, SQLITE_STATIC);
+    const bool there = sqlite3_step(stmt) == SQLITE_ROW && sqlite3_column_int(stmt, 0) == 1;
+    sqlite3_finalize(stmt);
+    return there;
+}
+
 // How descriptions print a missing string.
 inline QString describe(const QString& text)
 {

@@ -68,15 +68,7 @@ QString textOrEmpty(const QString& text)
 
 bool WebStore::hasTables(sqlite3* db)
 {
-    sqlite3_stmt* stmt = nullptr;
-    if (!db || sqlite3_prepare_v2(db, "select count(*) from sqlite_master where type='table' and name='WebSettings'", -1,
-                                  &stmt, nullptr) != SQLITE_OK) {
-        sqlite3_finalize(stmt);
-        return false;
-    }
-    const bool there = sqlite3_step(stmt) == SQLITE_ROW && sqlite3_column_int(stmt, 0) == 1;
-    sqlite3_finalize(stmt);
-    return there;
+    return RecordStatement::hasTable(db, "WebSettings");
 }
 
 bool WebStore::createTables(sqlite3* db)
