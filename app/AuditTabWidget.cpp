@@ -49,10 +49,12 @@ AuditTabWidget::AuditTabWidget(DocumentsView* documentsView, QWidget* parent) : 
     overview_ = addList(QStringLiteral("overviewList"), "AuditTabOverview");
     overview_->setColumns({QStringLiteral("finding"), QStringLiteral("count")},
                           captions({"AuditColumnFinding", "AuditColumnCount"}));
+    overview_->setStretchColumn(0);
     connect(overview_, &ReportListView::rowActivated, this, &AuditTabWidget::openFinding);
     codes_ = addList(QStringLiteral("codesList"), "AuditTabCodes");
     codes_->setColumns({QStringLiteral("class"), QStringLiteral("status"), QStringLiteral("count")},
                        captions({"AuditColumnClass", "CliColumnStatus", "AuditColumnCount"}));
+    codes_->setStretchColumn(1);
 
     using K = AuditReport::Kind;
     const struct {

@@ -72,14 +72,26 @@ void ReportListView::setColumns(const QStringList& keys, const QStringList& head
     }
 }
 
+void ReportListView::setStretchColumn(int column)
+{
+    stretchColumn_ = column;
+    QHeaderView* header = tableView_->horizontalHeader();
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(column, QHeaderView::Stretch);
+}
+
 void ReportListView::setRows(const QList<QList<QVariant>>& rows)
 {
     model_->setRows(rows);
     QHeaderView* header = tableView_->horizontalHeader();
-    for (int c = 0; c + 1 < model_->columnCount(); ++c)
+    // Long URLs and chains are cut at a width that leaves the other columns in sight.
+    const int sized = stretchColumn_ >= 0 ? model_->columnCount() : model_->columnCount() - 1;
+    for (int c = 0; c < sized; ++c) {
+        if (c == stretchColumn_)
+            continue;
         tableView_->resizeColumnToContents(c);
-    for (int c = 0; c + 1 < model_->columnCount(); ++c)
         header->resizeSection(c, qMin(header->sectionSize(c), 420));
+    }
 }
 
 int ReportListView::shownRowCount() const

@@ -20,6 +20,8 @@ public:
 
     void setColumns(const QStringList& keys, const QStringList& headers);
     void setRows(const QList<QList<QVariant>>& rows);
+    // The column that takes the room left (the last one unless told).
+    void setStretchColumn(int column);
 
     ListToolBar* toolBar() const { return toolBar_; }
     QTableView* tableView() const { return tableView_; }
@@ -42,4 +44,5 @@ private:
     QTableView* tableView_;
     ReportTableModel* model_;
     QSortFilterProxyModel* proxy_;
+    int stretchColumn_ = -1;
 };

@@ -1783,8 +1783,8 @@ la règle qui l&apos;a décidé (crawl --ignore-robots la demande quand même).
         <translation>échec</translation>
     </message>
     <message id="AuditFindingPages">
-        <source>Pages analysed</source>
-        <translation>Pages analysées</translation>
+        <source>Documents listed</source>
+        <translation>Documents référencés</translation>
     </message>
     <message id="AuditFindingErrors">
         <source>URLs answering an error (4xx, 5xx, failures)</source>
