@@ -69,6 +69,7 @@ AuditTabWidget::AuditTabWidget(DocumentsView* documentsView, QWidget* parent) : 
         view->setColumns(AuditReport::keys(l.kind, false), captions(AuditReport::headerKeys(l.kind, false)));
         reports_.append({l.kind, view});
     }
+    connect(this, &QTabWidget::currentChanged, this, [this](int index) { loadIfStale(widget(index)); });
     setCurrentProject(nullptr);
 }
 
@@ -103,31 +104,53 @@ void AuditTabWidget::closeCurrentProject()
 void AuditTabWidget::refresh()
 {
     const bool web = project_ && LinkRulesStore::of(project_) == LinkRules::Web;
+    stale_ = {overview_, codes_};
     for (const auto& [kind, view] : reports_) {
         const bool webOnly = kind != AuditReport::Kind::Broken && kind != AuditReport::Kind::Redirects;
         setTabVisible(indexOf(view), web || !webOnly);
         // Broken links of a web project have their kind and tag.
         if (kind == AuditReport::Kind::Broken && view->model()->keys() != AuditReport::keys(kind, web))
             view->setColumns(AuditReport::keys(kind, web), captions(AuditReport::headerKeys(kind, web)));
+        stale_.insert(view);
+    }
+    loadIfStale(currentWidget());
+}
+
+void AuditTabWidget::loadIfStale(QWidget* tab)
+{
+    if (stale_.remove(tab))
+        load(tab);
+}
+
+void AuditTabWidget::load(QWidget* tab)
+{
+    if (tab == codes_) {
         QList<QList<QVariant>> rows;
-        if (project_ && (web || !webOnly))
+        if (project_)
+            for (const auto& c : ResponseCodes::counts(project_))
+                rows << QList<QVariant>{c.statusClass == QLatin1String("failed") ? localizedString("AuditClassFailed")
+                                                                                 : c.statusClass,
+                                        c.code, c.count};
+        codes_->setRows(rows);
+        return;
+    }
+    if (tab == overview_) {
+        findings_ = AuditOverview::findings(project_);
+        QList<QList<QVariant>> rows;
+        for (const auto& f : findings_)
+            rows << QList<QVariant>{localizedString(f.key), f.count};
+        overview_->setRows(rows);
+        return;
+    }
+    for (const auto& [kind, view] : reports_) {
+        if (view != tab)
+            continue;
+        QList<QList<QVariant>> rows;
+        // A web rules' list of a classic project (hidden) has nothing to read.
+        if (project_ && isTabVisible(indexOf(view)))
             AuditReport::forEachRow(kind, project_, [&rows](const QList<QVariant>& row) { rows << row; });
         view->setRows(rows);
     }
-
-    QList<QList<QVariant>> codeRows;
-    if (project_)
-        for (const auto& c : ResponseCodes::counts(project_))
-            codeRows << QList<QVariant>{c.statusClass == QLatin1String("failed") ? localizedString("AuditClassFailed")
-                                                                                 : c.statusClass,
-                                        c.code, c.count};
-    codes_->setRows(codeRows);
-
-    findings_ = AuditOverview::findings(project_);
-    QList<QList<QVariant>> findingRows;
-    for (const auto& f : findings_)
-        findingRows << QList<QVariant>{localizedString(f.key), f.count};
-    overview_->setRows(findingRows);
 }
 
 void AuditTabWidget::openFinding(int row)

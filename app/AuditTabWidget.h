@@ -4,6 +4,7 @@
 #include "store/AuditReport.h"
 
 #include <QList>
+#include <QSet>
 #include <QTabWidget>
 
 #include <functional>
@@ -28,7 +29,9 @@ public:
 
     void setCurrentProject(const std::shared_ptr<Project>& project);
     void closeCurrentProject();
-    // Reads every list again (the documents list has its own refresh).
+    // Marks every list to be read again, and reads the one shown at once; the others are
+    // read when their tab is shown, so that the end of a crawl reads no list nobody looks at
+    // (the documents list has its own refresh).
     void refresh();
 
     // Applies a documents-list filter (the controller's, so that the links list follows).
@@ -53,6 +56,8 @@ public:
 private:
     ReportListView* addList(const QString& name, const char* captionKey);
     void openFinding(int row);
+    void loadIfStale(QWidget* tab);
+    void load(QWidget* tab);
     void exportList(QWidget* tab);
     QString askSavePath(const QString& captionKey, const QString& suggested, const QString& filter);
     void showWriteFailure(const QString& file, const QString& reason);
@@ -63,6 +68,7 @@ private:
     ReportListView* codes_;
     QList<std::pair<AuditReport::Kind, ReportListView*>> reports_;
     QList<AuditOverview::Finding> findings_;
+    QSet<QWidget*> stale_;
     std::function<void(qint32)> filterHandler_;
     QAction* exportSitemapAction_ = nullptr;
     QAction* exportListAction_ = nullptr;

@@ -80,6 +80,10 @@ void DocumentsTab::applySearch()
     QTableView* table = documentsView_->documentsTableView();
     QAbstractItemModel* model = table->model();
     const QString text = toolBar_->searchField()->text();
+    // A list of many pages reloaded with no search: no row to show or hide.
+    if (text.isEmpty() && !rowsHidden_)
+        return;
+    rowsHidden_ = !text.isEmpty();
     for (int row = 0; row < model->rowCount(); ++row) {
         bool match = text.isEmpty();
         for (int column = 0; !match && column < model->columnCount(); ++column)

@@ -35,4 +35,5 @@ private:
 
     DocumentsView* documentsView_;
     ListToolBar* toolBar_;
+    bool rowsHidden_ = false;
 };

@@ -193,6 +193,7 @@ TEST_F(AuditTabsDemoTest, BrokenAndRedirectListsAreTheCoreQueriesAndExportAsTheC
     for (K kind : {K::Broken, K::Redirects}) {
         ReportListView* list = tabs->reportList(kind);
         ASSERT_TRUE(list);
+        tabs->setCurrentWidget(list);
         const QList<QStringList> expected = coreRows(kind, d->project);
         EXPECT_FALSE(expected.isEmpty());
         EXPECT_EQ(shownTexts(list->tableView()), expected);
@@ -222,6 +223,7 @@ TEST_F(AuditTabsDemoTest, ResponseCodesByClassAndCode)
                                 QString::number(c.count)};
         total += c.count;
     }
+    tabs->setCurrentWidget(tabs->codesList());
     EXPECT_EQ(shownTexts(tabs->codesList()->tableView()), expected);
     EXPECT_TRUE(std::any_of(expected.begin(), expected.end(),
                             [](const QStringList& r) { return r.value(0) == "4xx" && r.value(1) == "404"; }));
@@ -247,6 +249,7 @@ TEST_F(AuditTabsDemoTest, OverviewCountsEachFindingAndAClickOpensItsList)
 {
     const QList<AuditOverview::Finding> findings = AuditOverview::findings(d->project);
     QTableView* table = tabs->overviewList()->tableView();
+    tabs->setCurrentWidget(tabs->overviewList());
     ASSERT_EQ(table->model()->rowCount(), findings.size());
     for (int r = 0; r < findings.size(); ++r) {
         EXPECT_EQ(shown(table, r, 0), L(findings.at(r).key));
@@ -466,6 +469,7 @@ TEST(AuditTabsWeb, EveryListOfAWebProjectIsTheCoreQueryAndTheCommandLineReport)
                  {K::Resources, nullptr}, {K::Redirects, "redirects"}};
     for (const auto& l : lists) {
         ReportListView* list = tabs->reportList(l.kind);
+        tabs->setCurrentWidget(list);
         const QList<QStringList> expected = coreRows(l.kind, project);
         EXPECT_EQ(shownTexts(list->tableView()), expected) << l.command;
         EXPECT_EQ(headerCaptions(list->tableView()).size(), AuditReport::keys(l.kind, true).size());
@@ -502,6 +506,7 @@ TEST(AuditTabsWeb, EveryListOfAWebProjectIsTheCoreQueryAndTheCommandLineReport)
     // The overview's web findings, each opening its list.
     const QList<AuditOverview::Finding> findings = AuditOverview::findings(project);
     QTableView* overview = tabs->overviewList()->tableView();
+    tabs->setCurrentWidget(tabs->overviewList());
     ASSERT_EQ(overview->model()->rowCount(), findings.size());
     for (int r = 0; r < findings.size(); ++r) {
         EXPECT_EQ(shown(overview, r, 1), QString::number(findings.at(r).count)) << findings.at(r).key;
@@ -511,4 +516,32 @@ TEST(AuditTabsWeb, EveryListOfAWebProjectIsTheCoreQueryAndTheCommandLineReport)
         clickRow(overview, r);
         EXPECT_EQ(tabs->currentWidget(), tabs->reportList(findings.at(r).report)) << findings.at(r).key;
     }
+}
+
+// A list shown while a crawl runs is read again when the crawl ends; one not shown is read
+// when its tab is.
+TEST(AuditTabsRefresh, ListsAreReadAgainWhenACrawlEnds)
+{
+    DemoServer server;
+    ASSERT_TRUE(server.start());
+    LaunchedApp app;
+    app.window()->resize(1200, 1000);
+    app.window()->show();
+    const ProjectPtr project = app.createAndShowProject("demo", server.baseURL());
+    AuditTabWidget* tabs = app.controller()->auditTabs();
+    ReportListView* broken = tabs->reportList(AuditReport::Kind::Broken);
+    ReportListView* redirects = tabs->reportList(AuditReport::Kind::Redirects);
+    tabs->setCurrentWidget(broken);
+    EXPECT_EQ(broken->shownRowCount(), 0);
+    ASSERT_TRUE(app.crawlThroughStartButton(60000));
+    const QList<QStringList> expected = coreRows(AuditReport::Kind::Broken, project);
+    ASSERT_FALSE(expected.isEmpty());
+    EXPECT_EQ(tabs->currentWidget(), broken);
+    EXPECT_EQ(shownTexts(broken->tableView()), expected);
+    tabs->setCurrentWidget(redirects);
+    EXPECT_EQ(shownTexts(redirects->tableView()), coreRows(AuditReport::Kind::Redirects, project));
+    EXPECT_GT(redirects->shownRowCount(), 0);
+    // Closing the project empties them.
+    app.controller()->closeCurrentProject();
+    EXPECT_EQ(redirects->shownRowCount(), 0);
 }
