@@ -5,6 +5,7 @@
 #include "store/Localization.h"
 #include "store/NumberDescription.h"
 #include "store/PageFilter.h"
+#include "store/PageListing.h"
 
 #include <QHeaderView>
 #include <QMenu>
@@ -27,6 +28,34 @@ const QStringList& DocumentsView::columnIdentifiers()
     return ids;
 }
 
+const QStringList& DocumentsView::optionalColumnIdentifiers()
+{
+    static const QStringList ids = {QStringLiteral("IdtStatus"), QStringLiteral("IdtResponseTime")};
+    return ids;
+}
+
+namespace {
+// The report column an optional identifier shows.
+QString reportColumnOf(const QString& identifier)
+{
+    return identifier == QLatin1String("IdtStatus") ? QStringLiteral("status") : QStringLiteral("responseMs");
+}
+} // namespace
+
+void DocumentsTableModel::setOptionalColumns(const QStringList& identifiers)
+{
+    beginResetModel();
+    optional_ = identifiers;
+    endResetModel();
+}
+
+void DocumentsTableModel::setFetches(const QHash<QString, FetchLogPtr>& fetches)
+{
+    fetches_ = fetches;
+    if (!pages_.isEmpty() && !optional_.isEmpty())
+        Q_EMIT dataChanged(index(0, ColumnCount), index(int(pages_.size()) - 1, columnCount() - 1));
+}
+
 void DocumentsTableModel::setPages(const QList<QuillmerePagePtr>& pages)
 {
     beginResetModel();
@@ -41,7 +70,7 @@ int DocumentsTableModel::rowCount(const QModelIndex& parent) const
 
 int DocumentsTableModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : ColumnCount;
+    return parent.isValid() ? 0 : ColumnCount + int(optional_.size());
 }
 
 QVariant DocumentsTableModel::data(const QModelIndex& index, int role) const
@@ -53,6 +82,11 @@ QVariant DocumentsTableModel::data(const QModelIndex& index, int role) const
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
         return {};
     const QuillmerePagePtr& page = pages_.at(index.row());
+    if (index.column() >= ColumnCount) {
+        const QVariant value = PageListing::cellValue(reportColumnOf(optional_.value(index.column() - ColumnCount)),
+                                                      {page, fetchOf(page)}, true);
+        return value.isNull() ? QString() : value.toString();
+    }
     switch (index.column()) {
     case ColURL:
         return page->url();
@@ -78,14 +112,26 @@ QVariant DocumentsTableModel::headerData(int section, Qt::Orientation orientatio
     static const char* const keys[] = {"DocumentViewColumnURL",      "DocumentViewColumnTitle",
                                        "DocumentViewColumnDepth",    "DocumentViewColumnReceived",
                                        "DocumentViewColumnLinksOut", "DocumentViewColumnWeight"};
+    if (section >= ColumnCount && section < columnCount())
+        return localizedString(optional_.at(section - ColumnCount) == QLatin1String("IdtStatus") ? "CliColumnStatus"
+                                                                                               : "CliColumnResponseMs");
     return section >= 0 && section < ColumnCount ? localizedString(keys[section]) : QVariant();
 }
 
 void DocumentsTableModel::sort(int column, Qt::SortOrder order)
 {
-    if (column < 0 || column >= ColumnCount)
+    if (column < 0 || column >= columnCount())
         return;
-    auto less = [column](const QuillmerePagePtr& a, const QuillmerePagePtr& b) {
+    const QString optional = optional_.value(column - ColumnCount);
+    auto fetchValue = [this, &optional](const QuillmerePagePtr& page) -> qint64 {
+        const FetchLogPtr fetch = fetchOf(page);
+        if (!fetch)
+            return -2;
+        return optional == QLatin1String("IdtStatus") ? fetch->status() : fetch->responseMs();
+    };
+    auto less = [column, &fetchValue](const QuillmerePagePtr& a, const QuillmerePagePtr& b) {
+        if (column >= ColumnCount)
+            return fetchValue(a) < fetchValue(b);
         switch (column) {
         case ColURL:
             return a->url() < b->url();
@@ -167,6 +213,8 @@ void DocumentsView::awakeFromNib()
 void DocumentsView::refreshTableViewWithFilter(qint32 filter)
 {
     const QList<QuillmerePagePtr> pages = currentProject_ ? PageFilter::pages(filter, currentProject_) : QList<QuillmerePagePtr>();
+    if (!model_->optionalColumns().isEmpty())
+        loadFetches();
     model_->setPages(pages);
     setTitle(PageFilter::title(filter, quint64(pages.size())));
     // The rows stay in the store's order: a sort chosen before is not applied again.
@@ -184,7 +232,9 @@ void DocumentsView::closeCurrentProject()
 
 QString DocumentsView::cellText(const QString& identifier, int row) const
 {
-    const int column = int(columnIdentifiers().indexOf(identifier));
+    int column = int(columnIdentifiers().indexOf(identifier));
+    if (column < 0 && model_->optionalColumns().contains(identifier))
+        column = ColumnCount + int(model_->optionalColumns().indexOf(identifier));
     if (column < 0)
         return QString();
     return model_->data(model_->index(row, column), Qt::DisplayRole).toString();
@@ -212,4 +262,41 @@ void DocumentsView::openURLAction()
 {
     if (clickedRow_ >= 0 && clickedRow_ < model_->pages().size())
         SystemBrowser::openURL(QUrl(model_->pages().at(clickedRow_)->url()));
+}
+
+void DocumentsView::loadFetches()
+{
+    QHash<QString, FetchLogPtr> fetches;
+    if (currentProject_)
+        PageListing::forEachPage(PageFilter::All, QString(), false, currentProject_, [&](const PageListing::Row& row) {
+            if (row.fetch)
+                fetches.insert(row.page->url(), row.fetch);
+        });
+    model_->setFetches(fetches);
+}
+
+void DocumentsView::setOptionalColumnShown(const QString& identifier, bool shown)
+{
+    if (!optionalColumnIdentifiers().contains(identifier) || model_->optionalColumns().contains(identifier) == shown)
+        return;
+    QStringList columns;
+    for (const auto& id : optionalColumnIdentifiers())
+        if (id == identifier ? shown : model_->optionalColumns().contains(id))
+            columns << id;
+    if (shown && model_->optionalColumns().isEmpty())
+        loadFetches();
+    // The rows keep their order; a sort indicator on a column that moves is dropped.
+    QHeaderView* header = documentsTableView_->horizontalHeader();
+    header->blockSignals(true);
+    header->setSortIndicator(-1, Qt::AscendingOrder);
+    header->blockSignals(false);
+    model_->setOptionalColumns(columns);
+    for (int c = ColumnCount; c < model_->columnCount(); ++c)
+        header->setSectionResizeMode(c, QHeaderView::ResizeToContents);
+    selectedRow_ = -1;
+}
+
+FetchLogPtr DocumentsView::fetchOfRow(int row) const
+{
+    return row >= 0 && row < model_->pages().size() ? model_->fetchOf(model_->pages().at(row)) : nullptr;
 }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "store/FetchLog.h"
 #include "store/QuillmerePage.h"
 
 #include <QAbstractTableModel>
 #include <QGroupBox>
+#include <QHash>
 #include <QList>
 
 #include <memory>
@@ -27,8 +29,17 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     void sort(int column, Qt::SortOrder order) override;
 
+    // Columns beyond the described six, by identifier, in order (none unless chosen), and the
+    // last fetch of each page that they read.
+    void setOptionalColumns(const QStringList& identifiers);
+    const QStringList& optionalColumns() const { return optional_; }
+    void setFetches(const QHash<QString, FetchLogPtr>& fetches);
+    FetchLogPtr fetchOf(const QuillmerePagePtr& page) const { return fetches_.value(page->url()); }
+
 private:
     QList<QuillmerePagePtr> pages_;
+    QStringList optional_;
+    QHash<QString, FetchLogPtr> fetches_;
 };
 
 // The pane that lists the pages of the project shown, under the filter chosen; its title
@@ -38,6 +49,9 @@ class DocumentsView : public QGroupBox {
 public:
     // The columns by identifier, in order.
     static const QStringList& columnIdentifiers();
+
+    // The columns a user may add from the column chooser: the status and the response time.
+    static const QStringList& optionalColumnIdentifiers();
 
     explicit DocumentsView(QWidget* parent = nullptr);
 
@@ -55,6 +69,11 @@ public:
     QString cellText(const QString& identifier, int row) const;
     bool tableViewShouldSelectRow(int row);
 
+    // Shows or hides an optional column; shown, it is read from each page's last fetch.
+    void setOptionalColumnShown(const QString& identifier, bool shown);
+    QStringList shownOptionalColumns() const { return model_->optionalColumns(); }
+    FetchLogPtr fetchOfRow(int row) const;
+
     // The context menu for a click on a row (-1: outside every row), as it is about to open.
     QMenu* menuNeedsUpdate(int clickedRow);
     QMenu* menuAction() const { return menuAction_; }
@@ -64,6 +83,7 @@ public:
 
 private:
     void awakeFromNib();
+    void loadFetches();
 
     MainViewController* mainViewController_ = nullptr;
     std::shared_ptr<Project> currentProject_;

@@ -2,6 +2,7 @@
 
 #include "app/Alert.h"
 #include "app/AppDelegate.h"
+#include "app/AuditTabWidget.h"
 #include "app/DocumentsView.h"
 #include "app/LinksView.h"
 #include "app/MainWindow.h"
@@ -44,6 +45,8 @@ MainViewController::MainViewController(QWidget* parent) : QWidget(parent)
     progressView_->setMainViewController(this);
     documentsView_ = new DocumentsView;
     documentsView_->setMainViewController(this);
+    auditTabs_ = new AuditTabWidget(documentsView_);
+    auditTabs_->setFilterHandler([this](qint32 filter) { applyFilter(filter); });
     linksView_ = new LinksView;
     linksView_->setMainViewController(this);
     webView_ = new QWebEngineView;
@@ -53,7 +56,7 @@ MainViewController::MainViewController(QWidget* parent) : QWidget(parent)
     splitView_ = new SplitView;
     splitView_->setObjectName(QStringLiteral("splitView"));
     splitView_->addWidget(progressView_);
-    splitView_->addWidget(documentsView_);
+    splitView_->addWidget(auditTabs_);
     splitView_->addWidget(linksView_);
     splitView_->addWidget(webView_);
     // The first and last panes keep the outer dividers 100 from either end.
@@ -133,6 +136,7 @@ void MainViewController::populateCurrentProject(const std::shared_ptr<Project>& 
     linksView_->setCurrentProject(project);
     documentsView_->refreshTableViewWithFilter(PageFilter::All);
     linksView_->refreshTableView();
+    auditTabs_->setCurrentProject(project);
 }
 
 void MainViewController::closeCurrentProject()
@@ -142,6 +146,7 @@ void MainViewController::closeCurrentProject()
     progressView_->closeCurrentProject();
     documentsView_->closeCurrentProject();
     linksView_->closeCurrentProject();
+    auditTabs_->closeCurrentProject();
 }
 
 void MainViewController::applyFilter(qint32 filter)
@@ -417,6 +422,7 @@ void MainViewController::downloaderDidEnd()
     progressView_->updateStopDate(currentProject_->crawler_stop_date());
     progressView_->crawlerDidEnd();
     documentsView_->refreshTableViewWithFilter(PageFilter::All);
+    auditTabs_->refresh();
     // Every crawl, finished or stopped, is followed by the vacuum (queued with it); the sheet
     // stays up.
     progressView_->actionCompresser();
@@ -441,6 +447,7 @@ void MainViewController::vacuumCleanerDidEnd()
     projectLock_.reset();
     progressView_->crawlerDidEnd();
     documentsView_->refreshTableViewWithFilter(PageFilter::All);
+    auditTabs_->refresh();
     if (progressWindowController_)
         progressWindowController_->hideProgressWindow();
     Q_EMIT crawlFinished();

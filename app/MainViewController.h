@@ -13,6 +13,7 @@
 
 #include <memory>
 
+class AuditTabWidget;
 class DocumentsView;
 class DownloaderOperationLibXML;
 class LinksView;
@@ -44,6 +45,7 @@ public:
     ProgressView* progressView() const { return progressView_; }
     DocumentsView* documentsView() const { return documentsView_; }
     LinksView* linksView() const { return linksView_; }
+    AuditTabWidget* auditTabs() const { return auditTabs_; }
     QWebEngineView* webView() const { return webView_; }
     WebPreviewPage* webPage() const { return webPage_; }
     SplitView* splitView() const { return splitView_; }
@@ -117,6 +119,8 @@ private:
     ProgressView* progressView_;
     DocumentsView* documentsView_;
     LinksView* linksView_;
+    // The tab bar that holds the documents list and the audit's lists.
+    AuditTabWidget* auditTabs_;
     QWebEngineView* webView_;
     WebPreviewPage* webPage_;
     SplitView* splitView_;

@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/AppDelegate.h"
+#include "app/AuditTabWidget.h"
 #include "app/MainViewController.h"
 
 #include <QApplication>
@@ -51,6 +52,7 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent)
     menuLocFile->addSeparator();
     menuItemLocClose = menuLocFile->addAction(QString());
     menuItemLocClose->setShortcut(QKeySequence::Close);
+    mainViewController_->auditTabs()->addFileMenuItems(menuLocFile);
 
     menuLocEdit = bar->addMenu(QString());
     menuItemLocEdit = menuLocEdit->menuAction();

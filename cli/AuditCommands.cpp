@@ -3,11 +3,12 @@
 #include "cli/CliText.h"
 #include "cli/ProjectAccess.h"
 #include "cli/ReportOptions.h"
-#include "cli/ReportWriter.h"
+#include "store/ReportWriter.h"
 #include "cli/WebAuditCommands.h"
 #include "store/LinkRules.h"
 #include "store/WebAudit.h"
 #include "store/AuditListing.h"
+#include "store/AuditReport.h"
 #include "store/Project.h"
 #include "store/SitemapWriter.h"
 
@@ -21,15 +22,6 @@ namespace {
 QVariant statusValue(const FetchLogPtr& fetch)
 {
     return fetch->status() > 0 ? QVariant(qint64(fetch->status())) : QVariant();
-}
-
-QString chainText(const FetchLogPtr& fetch)
-{
-    QStringList hops;
-    for (const auto& hop : fetch->redirectChain())
-        hops << QStringLiteral("%1 (%2)").arg(hop.url).arg(hop.status);
-    hops << QStringLiteral("%1 (%2)").arg(fetch->finalUrl(), fetch->statusText());
-    return hops.join(QStringLiteral(" -> "));
 }
 
 QVariantList chainList(const FetchLogPtr& fetch)
@@ -88,18 +80,11 @@ int runListing(CliContext& context, AuditListing::Kind kind)
     const bool broken = kind == AuditListing::Kind::Broken;
     if (broken && LinkRulesStore::of(project) == LinkRules::Web)
         return WebAuditCommands::runBroken(context, project);
-    QStringList keys, headers;
-    if (broken) {
-        keys = {QStringLiteral("url"), QStringLiteral("status"), QStringLiteral("sourceUrl"), QStringLiteral("anchor")};
-        headers = {CliText::tr("CliColumnBrokenURL"), CliText::tr("CliColumnStatus"), CliText::tr("LinkViewColumnURL"),
-                   CliText::tr("LinkViewColumnAnchor")};
-    } else {
-        keys = {QStringLiteral("url"),    QStringLiteral("hops"),      QStringLiteral("chain"), QStringLiteral("finalUrl"),
-                QStringLiteral("status"), QStringLiteral("sourceUrl"), QStringLiteral("anchor")};
-        headers = {CliText::tr("CliColumnRedirectURL"), CliText::tr("CliColumnHops"), CliText::tr("CliColumnChain"),
-                   CliText::tr("CliColumnFinalURL"),    CliText::tr("CliColumnStatus"), CliText::tr("LinkViewColumnURL"),
-                   CliText::tr("LinkViewColumnAnchor")};
-    }
+    const AuditReport::Kind report = broken ? AuditReport::Kind::Broken : AuditReport::Kind::Redirects;
+    const QStringList keys = AuditReport::keys(report, false);
+    QStringList headers;
+    for (const char* key : AuditReport::headerKeys(report, false))
+        headers << CliText::tr(key);
     ReportWriter writer(format, keys, headers, QString());
     JsonGroups groups(writer, [broken](const FetchLogPtr& f) {
         QVariantMap object{{QStringLiteral("url"), f->url()},
@@ -128,11 +113,7 @@ int runListing(CliContext& context, AuditListing::Kind kind)
             groups.add(row);
             return;
         }
-        if (broken)
-            writer.addRow({row.fetch->url(), row.fetch->statusText(), row.sourceUrl, row.anchor});
-        else
-            writer.addRow({row.fetch->url(), qint64(row.fetch->redirectChain().size()), chainText(row.fetch),
-                           row.fetch->finalUrl(), row.fetch->statusText(), row.sourceUrl, row.anchor});
+        writer.addRow(AuditReport::values(report, row));
     });
     groups.flush();
     if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))

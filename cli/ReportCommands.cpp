@@ -6,7 +6,7 @@
 #include "cli/CliText.h"
 #include "cli/ProjectAccess.h"
 #include "cli/ReportOptions.h"
-#include "cli/ReportWriter.h"
+#include "store/ReportWriter.h"
 #include "cli/TableOutput.h"
 #include "crawler/CrawlRecordKeeper.h"
 #include "store/DateFormatter.h"
@@ -87,33 +87,6 @@ QString columnHeader(const QString& column)
         {QStringLiteral("error"), "CliColumnError"},
     };
     return CliText::tr(keys.value(column, "CliColumnStatus"));
-}
-
-QVariant cell(const QString& column, const PageListing::Row& row, bool table)
-{
-    const QuillmerePage& p = *row.page;
-    if (column == QLatin1String("url"))
-        return p.url();
-    if (column == QLatin1String("title"))
-        return p.title();
-    if (column == QLatin1String("depth"))
-        return p.depth();
-    if (column == QLatin1String("inLinkCount"))
-        return p.inLinkCount();
-    if (column == QLatin1String("outLinkCount"))
-        return p.outLinkCount();
-    if (column == QLatin1String("weight"))
-        return p.weight();
-    if (!row.fetch)
-        return table ? QVariant(QStringLiteral("-")) : QVariant();
-    if (column == QLatin1String("status")) {
-        if (table)
-            return row.fetch->statusText();
-        return row.fetch->status() > 0 ? QVariant(row.fetch->status()) : QVariant();
-    }
-    if (column == QLatin1String("responseMs"))
-        return row.fetch->responseMs() >= 0 ? QVariant(row.fetch->responseMs()) : QVariant();
-    return row.fetch->failure().isEmpty() ? (table ? QVariant(QStringLiteral("-")) : QVariant()) : QVariant(row.fetch->failure());
 }
 
 QString limitText(qint32 limit)
@@ -283,7 +256,7 @@ int runPages(CliContext& context)
         QList<QVariant> values;
         values.reserve(columns.size());
         for (const auto& c : columns)
-            values << cell(c, row, table);
+            values << PageListing::cellValue(c, row, table);
         writer.addRow(values);
     });
     if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/CliContext.h"
-#include "cli/ReportWriter.h"
+#include "store/ReportWriter.h"
 
 // The options the report commands share.
 namespace ReportOptions {

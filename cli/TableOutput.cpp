@@ -1,6 +1,6 @@
 #include "cli/TableOutput.h"
 
-#include "cli/ReportWriter.h"
+#include "store/ReportWriter.h"
 #include "store/DisplayText.h"
 
 #include <QJsonArray>

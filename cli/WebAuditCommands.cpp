@@ -3,7 +3,8 @@
 #include "cli/CliText.h"
 #include "cli/ProjectAccess.h"
 #include "cli/ReportOptions.h"
-#include "cli/ReportWriter.h"
+#include "store/ReportWriter.h"
+#include "store/AuditReport.h"
 #include "store/LinkRules.h"
 #include "store/Project.h"
 #include "store/WebAudit.h"
@@ -88,32 +89,14 @@ int list(CliContext& context, Report report, ProjectPtr project)
     if (LinkRulesStore::of(project) != LinkRules::Web)
         return failWith(ExitUsage, CliText::tr("CliErrorNotWebProject").arg(project->name()));
 
-    QStringList keys, headers;
-    const QString source = CliText::tr("LinkViewColumnURL"), anchor = CliText::tr("LinkViewColumnAnchor");
-    switch (report) {
-    case Report::Broken:
-        keys = {QStringLiteral("url"), QStringLiteral("status"), QStringLiteral("sourceUrl"), QStringLiteral("anchor"),
-                QStringLiteral("kind"), QStringLiteral("tag")};
-        headers = {CliText::tr("CliColumnBrokenURL"), CliText::tr("CliColumnStatus"), source, anchor,
-                   CliText::tr("CliColumnKind"), CliText::tr("CliColumnTag")};
-        break;
-    case Report::External:
-        keys = {QStringLiteral("url"), QStringLiteral("status"), QStringLiteral("verdict"), QStringLiteral("sourceUrl"),
-                QStringLiteral("anchor"), QStringLiteral("tag")};
-        headers = {CliText::tr("CliColumnExternalURL"), CliText::tr("CliColumnStatus"), CliText::tr("CliColumnVerdict"),
-                   source, anchor, CliText::tr("CliColumnTag")};
-        break;
-    case Report::Fragments:
-        keys = {QStringLiteral("url"), QStringLiteral("fragment"), QStringLiteral("sourceUrl"), QStringLiteral("anchor"),
-                QStringLiteral("tag")};
-        headers = {CliText::tr("CliColumnTargetURL"), CliText::tr("CliColumnFragment"), source, anchor,
-                   CliText::tr("CliColumnTag")};
-        break;
-    case Report::Robots:
-        keys = {QStringLiteral("url"), QStringLiteral("rule"), QStringLiteral("kind"), QStringLiteral("sourceUrl")};
-        headers = {CliText::tr("CliColumnTargetURL"), CliText::tr("CliColumnRule"), CliText::tr("CliColumnKind"), source};
-        break;
-    }
+    const AuditReport::Kind kind = report == Report::Broken      ? AuditReport::Kind::Broken
+                                   : report == Report::External  ? AuditReport::Kind::External
+                                   : report == Report::Fragments ? AuditReport::Kind::Fragments
+                                                                 : AuditReport::Kind::Robots;
+    const QStringList keys = AuditReport::keys(kind, true);
+    QStringList headers;
+    for (const char* key : AuditReport::headerKeys(kind, true))
+        headers << CliText::tr(key);
     ReportWriter writer(format, keys, headers, QString());
     JsonTargets json(writer, report);
     qint64 targets = 0, links = 0;
@@ -130,21 +113,7 @@ int list(CliContext& context, Report report, ProjectPtr project)
             json.add(row);
             return;
         }
-        switch (report) {
-        case Report::Broken:
-            writer.addRow({row.url, row.statusText(), row.sourceUrl, row.anchor, row.kind, row.tag});
-            break;
-        case Report::External:
-            writer.addRow({row.url, row.status > 0 ? QString::number(row.status) : row.failure, row.verdict,
-                           row.sourceUrl, row.anchor, row.tag});
-            break;
-        case Report::Fragments:
-            writer.addRow({row.url, row.fragment, row.sourceUrl, row.anchor, row.tag});
-            break;
-        case Report::Robots:
-            writer.addRow({row.url, row.rule, row.kind, row.sourceUrl});
-            break;
-        }
+        writer.addRow(AuditReport::values(kind, row));
     };
     bool read = false;
     switch (report) {

@@ -3,6 +3,8 @@
 # picture of its main window without a display: under a virtual X server, the program serves
 # the demo site, crawls it, selects the page that receives the most links and saves the window.
 #   scripts/screenshot.sh [OUT.png]          default docs/main-window.png
+# With QUILLMERE_TABS_DIR=DIR set, it also saves one picture per tab of the audit's tab bar
+# in DIR (tab-N-NAME.png), from a crawl of its own.
 set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 out="${1:-$root/docs/main-window.png}"
@@ -21,3 +23,16 @@ if ! QT_LOGGING_RULES="${QT_LOGGING_RULES:-qt.webenginecontext*=false}" \
   exit 1
 fi
 echo "Main window saved in $out"
+if [ -n "${QUILLMERE_TABS_DIR:-}" ]; then
+  mkdir -p "$QUILLMERE_TABS_DIR"
+  rm -rf "$data/tabs" && mkdir -p "$data/tabs"
+  if ! QT_LOGGING_RULES="${QT_LOGGING_RULES:-qt.webenginecontext*=false}" \
+      xvfb-run -a -s "-screen 0 1280x960x24" \
+      "$root/build/release/tools/gui-harness/quillmere-gui-harness" --data-dir "$data/tabs" \
+      --screenshot-tabs "$QUILLMERE_TABS_DIR" >"$data/log" 2>&1; then
+    cat "$data/log" >&2
+    echo "screenshot.sh: no pictures of the tabs taken" >&2
+    exit 1
+  fi
+  echo "Tabs saved in $QUILLMERE_TABS_DIR"
+fi

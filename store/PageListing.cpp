@@ -123,3 +123,30 @@ bool PageListing::forEachPage(qint32 filter, const QString& sortColumn, bool des
     finish(stmt);
     return true;
 }
+
+QVariant PageListing::cellValue(const QString& column, const Row& row, bool table)
+{
+    const QuillmerePage& p = *row.page;
+    if (column == QLatin1String("url"))
+        return p.url();
+    if (column == QLatin1String("title"))
+        return p.title();
+    if (column == QLatin1String("depth"))
+        return p.depth();
+    if (column == QLatin1String("inLinkCount"))
+        return p.inLinkCount();
+    if (column == QLatin1String("outLinkCount"))
+        return p.outLinkCount();
+    if (column == QLatin1String("weight"))
+        return p.weight();
+    if (!row.fetch)
+        return table ? QVariant(QStringLiteral("-")) : QVariant();
+    if (column == QLatin1String("status")) {
+        if (table)
+            return row.fetch->statusText();
+        return row.fetch->status() > 0 ? QVariant(row.fetch->status()) : QVariant();
+    }
+    if (column == QLatin1String("responseMs"))
+        return row.fetch->responseMs() >= 0 ? QVariant(row.fetch->responseMs()) : QVariant();
+    return row.fetch->failure().isEmpty() ? (table ? QVariant(QStringLiteral("-")) : QVariant()) : QVariant(row.fetch->failure());
+}

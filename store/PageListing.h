@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 
 #include <functional>
 #include <memory>
@@ -31,6 +32,11 @@ public:
     // (%20 and a space, %C3%A9 and é alike); null when none. Pages are stored as their links
     // wrote them, so one URL may be stored half escaped.
     static QString storedURLMatching(const QString& typed, const std::shared_ptr<Project>& project);
+
+    // A column's value for a row, as the reports give it: numbers as numbers, a page never
+    // fetched with null fetch columns; `table` gives the aligned table's texts ("404",
+    // "timeout", "-") instead.
+    static QVariant cellValue(const QString& column, const Row& row, bool table);
 
     static bool forEachPage(qint32 filter, const QString& sortColumn, bool descending,
                             const std::shared_ptr<Project>& project, const std::function<void(const Row&)>& row);

@@ -92,6 +92,12 @@ bool WebAudit::forEachExternal(const ProjectPtr& project, const Visit& visit)
                       visit);
 }
 
+bool WebAudit::forEachResource(const ProjectPtr& project, const Visit& visit)
+{
+    return forEachRow(project, QByteArray(kColumns) + "where T.kind = 'resource' order by T.url, L.idt_source, L.rowid",
+                      visit);
+}
+
 bool WebAudit::forEachBrokenFragment(const ProjectPtr& project, const Visit& visit)
 {
     return forEachRow(project,

@@ -37,6 +37,8 @@ public:
     static bool forEachBroken(const std::shared_ptr<Project>& project, const Visit& visit);
     // Every external URL with its verdict.
     static bool forEachExternal(const std::shared_ptr<Project>& project, const Visit& visit);
+    // Every resource of the site (images, styles, scripts...) with its verdict.
+    static bool forEachResource(const std::shared_ptr<Project>& project, const Visit& visit);
     // Links whose fragment the target page does not hold ("" and "top" always exist).
     static bool forEachBrokenFragment(const std::shared_ptr<Project>& project, const Visit& visit);
     // What robots.txt forbade, with the rule.

@@ -1718,5 +1718,145 @@ la règle qui l&apos;a décidé (crawl --ignore-robots la demande quand même).
         <source>%1 external URLs turned the crawler away (401, 403, 429, 999 or a challenge page): they are blocked, not broken, and may well work in a browser (see &apos;external %2&apos;)</source>
         <translation>%1 URL externes ont refusé le robot (401, 403, 429, 999 ou une page de défi) : elles sont bloquées, pas cassées, et peuvent marcher dans un navigateur (voir « external %2 »)</translation>
     </message>
+    <message id="AuditTabDocuments">
+        <source>Documents</source>
+        <translation>Documents</translation>
+    </message>
+    <message id="AuditTabOverview">
+        <source>Overview</source>
+        <translation>Vue d&apos;ensemble</translation>
+    </message>
+    <message id="AuditTabCodes">
+        <source>Response codes</source>
+        <translation>Codes de réponse</translation>
+    </message>
+    <message id="AuditTabBroken">
+        <source>Broken links</source>
+        <translation>Liens cassés</translation>
+    </message>
+    <message id="AuditTabRedirects">
+        <source>Redirects</source>
+        <translation>Redirections</translation>
+    </message>
+    <message id="AuditTabExternal">
+        <source>External links</source>
+        <translation>Liens externes</translation>
+    </message>
+    <message id="AuditTabResources">
+        <source>Resources</source>
+        <translation>Ressources</translation>
+    </message>
+    <message id="AuditTabRobots">
+        <source>Blocked by robots.txt</source>
+        <translation>Bloqués par robots.txt</translation>
+    </message>
+    <message id="AuditTabFragments">
+        <source>Missing fragments</source>
+        <translation>Fragments absents</translation>
+    </message>
+    <message id="AuditSearchPlaceholder">
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message id="AuditColumnsButton">
+        <source>Columns</source>
+        <translation>Colonnes</translation>
+    </message>
+    <message id="AuditExportButton">
+        <source>Export CSV…</source>
+        <translation>Exporter en CSV…</translation>
+    </message>
+    <message id="AuditColumnFinding">
+        <source>Finding</source>
+        <translation>Constat</translation>
+    </message>
+    <message id="AuditColumnCount">
+        <source>Count</source>
+        <translation>Nombre</translation>
+    </message>
+    <message id="AuditColumnClass">
+        <source>Class</source>
+        <translation>Classe</translation>
+    </message>
+    <message id="AuditClassFailed">
+        <source>failed</source>
+        <translation>échec</translation>
+    </message>
+    <message id="AuditFindingPages">
+        <source>Documents listed</source>
+        <translation>Documents référencés</translation>
+    </message>
+    <message id="AuditFindingErrors">
+        <source>URLs answering an error (4xx, 5xx, failures)</source>
+        <translation>URL en erreur (4xx, 5xx, échecs)</translation>
+    </message>
+    <message id="AuditFindingBrokenLinks">
+        <source>Broken links</source>
+        <translation>Liens cassés</translation>
+    </message>
+    <message id="AuditFindingBrokenTargets">
+        <source>Broken targets</source>
+        <translation>Cibles cassées</translation>
+    </message>
+    <message id="AuditFindingRedirects">
+        <source>Redirected URLs</source>
+        <translation>URL redirigées</translation>
+    </message>
+    <message id="AuditFinding404All">
+        <source>Error 404, all types</source>
+        <translation>Erreur 404, tous types</translation>
+    </message>
+    <message id="AuditFinding404Html">
+        <source>Error 404, HTML only</source>
+        <translation>Erreur 404, HTML seulement</translation>
+    </message>
+    <message id="AuditFinding404Other">
+        <source>Error 404, not HTML</source>
+        <translation>Erreur 404, autres que HTML</translation>
+    </message>
+    <message id="AuditFindingNoIndex">
+        <source>Pages marked noindex</source>
+        <translation>Pages marquées noindex</translation>
+    </message>
+    <message id="AuditFindingCanonical">
+        <source>Pages with a canonical URL elsewhere</source>
+        <translation>Pages dont l&apos;URL canonique est ailleurs</translation>
+    </message>
+    <message id="AuditFindingExternal">
+        <source>External URLs</source>
+        <translation>URL externes</translation>
+    </message>
+    <message id="AuditFindingResources">
+        <source>Resources (images, styles, scripts)</source>
+        <translation>Ressources (images, styles, scripts)</translation>
+    </message>
+    <message id="AuditFindingRobots">
+        <source>URLs blocked by robots.txt</source>
+        <translation>URL bloquées par robots.txt</translation>
+    </message>
+    <message id="AuditFindingFragments">
+        <source>Links to a missing fragment</source>
+        <translation>Liens vers un fragment absent</translation>
+    </message>
+    <message id="AuditMenuExportSitemap">
+        <source>Export Sitemap…</source>
+        <translation>Exporter le plan du site…</translation>
+    </message>
+    <message id="AuditMenuExportList">
+        <source>Export Current List…</source>
+        <translation>Exporter la liste affichée…</translation>
+    </message>
+    <message id="AuditExportDialogTitle">
+        <source>Export the list as CSV</source>
+        <translation>Exporter la liste en CSV</translation>
+    </message>
+    <message id="AuditSitemapDialogTitle">
+        <source>Export the sitemap</source>
+        <translation>Exporter le plan du site</translation>
+    </message>
+    <message id="AuditExportFailedMessage">
+        <source>Could not write %1: %2</source>
+        <translation>Impossible d&apos;écrire %1 : %2</translation>
+    </message>
 </context>
 </TS>

@@ -3,6 +3,7 @@
 //   quillmere-gui-harness [--data-dir DIR] --screenshot FILE
 //   quillmere-gui-harness [--data-dir DIR] --bench-crawl NAME
 //   quillmere-gui-harness [--data-dir DIR] --screenshot-new-project FILE
+//   quillmere-gui-harness [--data-dir DIR] --screenshot-tabs DIR
 // --screenshot FILE serves the built-in demo site, presses the start button, waits for the
 // crawl and the vacuum that follows it to end (two minutes at most), selects the page that
 // receives the most links so that the links list has rows, lets the preview finish loading,
@@ -11,6 +12,8 @@
 // widgets, so that it shows the preview: it needs a display, xvfb-run's will do.
 // --screenshot-new-project FILE opens the new-project sheet, fills it in with the web rules
 // chosen and saves a PNG of the sheet as its widgets draw it.
+// --screenshot-tabs DIR crawls the demo site as --screenshot does, then saves one PNG of the
+// window per tab of the audit's tab bar in DIR (tab-N-NAME.png).
 // --bench-crawl NAME opens the project NAME, crawls it from scratch from the start button
 // and quits, printing on standard output one line:
 //   bench-crawl pages=P seconds=S max_paint_gap_ms=G max_tick_gap_ms=T
@@ -18,6 +21,7 @@
 // longest time between two paint events of the program's windows during it, T the longest
 // time between two ticks of a 5 ms timer (how long the event loop went without a turn).
 #include "ScriptedCrawl.h"
+#include "TabScreenshots.h"
 
 #include "app/AppDelegate.h"
 #include "app/DocumentsView.h"
@@ -91,6 +95,10 @@ int main(int argc, char** argv)
     QCommandLineOption sheetShot(QStringLiteral("screenshot-new-project"),
                                  QStringLiteral("open the new-project sheet, save it as a PNG and quit"), QStringLiteral("FILE"));
     parser.addOption(sheetShot);
+    QCommandLineOption tabsShot(QStringLiteral("screenshot-tabs"),
+                                QStringLiteral("crawl the demo site, save one PNG per tab of the audit in DIR and quit"),
+                                QStringLiteral("DIR"));
+    parser.addOption(tabsShot);
     parser.addOption(dataDir);
     parser.addOption(screenshot);
     parser.addOption(benchCrawl);
@@ -113,7 +121,8 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "%s %s\n", saved ? "Sheet saved in" : "could not save", qPrintable(parser.value(sheetShot)));
         return saved ? 0 : 1;
     }
-    if (parser.isSet(screenshot) == parser.isSet(benchCrawl)) {
+    const bool pictures = parser.isSet(screenshot) || parser.isSet(tabsShot);
+    if (pictures == parser.isSet(benchCrawl)) {
         std::fprintf(stderr, "quillmere-gui-harness: give one of --screenshot FILE and --bench-crawl NAME\n");
         return 2;
     }
@@ -123,7 +132,7 @@ int main(int argc, char** argv)
     MainViewController* controller = delegate.mainViewController();
 
     DemoServer server;
-    if (parser.isSet(screenshot) && !GuiLaunch::openDemo(server, controller))
+    if (pictures && !GuiLaunch::openDemo(server, controller))
         return 1;
     if (parser.isSet(benchCrawl)) {
         ProjectPtr project = Project::getProjectWithName(parser.value(benchCrawl));
@@ -146,7 +155,17 @@ int main(int argc, char** argv)
     QObject::connect(controller->webPage(), &QWebEnginePage::loadFinished, [&] { previewLoaded = true; });
 
     std::unique_ptr<ScriptedCrawl> scripted;
-    if (parser.isSet(screenshot)) {
+    if (parser.isSet(tabsShot)) {
+        const QString dir = parser.value(tabsShot);
+        scripted = std::make_unique<ScriptedCrawl>(delegate, 120000, [&, dir](bool ended) {
+            if (!ended) {
+                std::fprintf(stderr, "quillmere-gui-harness: the demo crawl did not end within 120 s\n");
+                endScriptedRun(1);
+                return;
+            }
+            TabScreenshots::take(delegate, dir, endScriptedRun);
+        });
+    } else if (parser.isSet(screenshot)) {
         const QString file = parser.value(screenshot);
         scripted = std::make_unique<ScriptedCrawl>(delegate, 120000, [&, file](bool ended) {
             if (!ended) {

@@ -1,4 +1,4 @@
-#include "cli/ReportWriter.h"
+#include "store/ReportWriter.h"
 
 #include "store/DisplayText.h"
 
