@@ -214,6 +214,8 @@ AppDelegate::TerminateReply AppDelegate::applicationShouldTerminate()
     alert.setInformativeText(localizedString("Quitting now will lose any changes you have made since the last successful save"));
     alert.addButtonWithTitle(localizedString("Quit anyway"));
     alert.addButtonWithTitle(localizedString("Cancel"));
+    // Escape keeps the application running: the first button's answer, whatever its title.
+    alert.setCancelButton(0);
     // The first button keeps the application running and any other answer quits: the two
     // buttons answer the other way round from their titles, as this program always has.
     if (alert.runModal(window_.get()) == Alert::FirstButtonReturn)
