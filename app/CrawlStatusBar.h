@@ -1,9 +1,11 @@
 #pragma once
 
+#include "app/MainViewController.h"
+
+#include <QPointer>
 #include <QStatusBar>
 #include <QTimer>
 
-class MainViewController;
 class QLabel;
 
 // The main window's status bar. While a crawl runs in the background (its progress sheet sent
@@ -29,7 +31,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
-    MainViewController* controller_;
+    // The window's central widget goes first when the window is destroyed.
+    QPointer<MainViewController> controller_;
     QLabel* progressLabel_;
     QTimer tick_;
     bool inBackground_ = false;

@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QHeaderView>
+#include <QAbstractButton>
 #include <QMessageBox>
 #include <QPointer>
 #include <QTableView>
@@ -175,6 +176,9 @@ TEST(KeyboardAndMenus, AboutShowsTheVersionAndTheLicences)
     EXPECT_TRUE(box->text().startsWith(QStringLiteral("Quillmere " QUILLMERE_VERSION "\n"))) << qPrintable(box->text());
     for (const char* part : {"Qt ", "LGPL", "SQLite", "libxml2", "libcurl", "licence MIT"})
         EXPECT_TRUE(box->informativeText().contains(QString::fromUtf8(part))) << part;
+    // Qt's own button, in French.
+    ASSERT_TRUE(box->button(QMessageBox::Close));
+    EXPECT_EQ(box->button(QMessageBox::Close)->text(), "Fermer");
     // A second time raises the same box.
     app.window()->menuItemLocAbout->trigger();
     EXPECT_EQ(app.window()->findChildren<AboutBox*>().size(), 1);
