@@ -28,12 +28,16 @@ int Alert::runModal(QWidget* parent)
         box.setText(messageText_);
         box.setInformativeText(informativeText_);
         QList<QAbstractButton*> added;
-        // ActionRole buttons: the style may not reorder them, and no button is the implicit
-        // escape answer that a user could give by mistake.
+        // ActionRole buttons: the style may not reorder them, and Escape answers only the
+        // button named as the cancel one.
         for (const QString& title : buttons_)
             added << box.addButton(title, QMessageBox::ActionRole);
         if (!added.isEmpty())
             box.setDefaultButton(static_cast<QPushButton*>(added.first()));
+        if (cancelButton_ >= 0 && cancelButton_ < added.size())
+            box.setEscapeButton(added.at(cancelButton_));
+        else if (added.size() == 1)
+            box.setEscapeButton(added.first());
         box.exec();
         const int index = added.indexOf(box.clickedButton());
         answer = index >= 0 ? FirstButtonReturn + index : 0;

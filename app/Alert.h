@@ -24,6 +24,9 @@ public:
     void setMessageText(const QString& text) { messageText_ = text; }
     void setInformativeText(const QString& text) { informativeText_ = text; }
     void addButtonWithTitle(const QString& title) { buttons_ << title; }
+    // The button Escape answers (by its index in the order added): the one that cancels. An
+    // alert with one button answers it; one with several and none named closes with 0.
+    void setCancelButton(int index) { cancelButton_ = index; }
     QString messageText() const { return messageText_; }
     QString informativeText() const { return informativeText_; }
     QStringList buttons() const { return buttons_; }
@@ -41,4 +44,5 @@ private:
     QString messageText_;
     QString informativeText_;
     QStringList buttons_;
+    int cancelButton_ = -1;
 };

@@ -1,12 +1,14 @@
 #include "app/AppDelegate.h"
 
 #include "app/Alert.h"
+#include "app/AppSettings.h"
 #include "app/MainViewController.h"
 #include "app/MainWindow.h"
 #include "app/NewProjectWindowController.h"
 #include "app/OpenProjectWindowController.h"
 #include "app/PagesFilterWindowController.h"
 #include "app/ProjectRefusalAlert.h"
+#include "app/WindowCommands.h"
 #include "store/DataModelManager.h"
 #include "store/DateFormatter.h"
 #include "base/DebugTrace.h"
@@ -35,6 +37,7 @@ AppDelegate::AppDelegate()
     connect(w->menuItemLocOpen, &QAction::triggered, this, [this] { openProject(); });
     connect(w->menuItemLocClose, &QAction::triggered, this, [this] { closeProject(); });
     connect(w->menuItemLocQuitQuillmere, &QAction::triggered, this, [this] { quit(); });
+    windowCommands_ = new WindowCommands(this, w);
 }
 
 AppDelegate::~AppDelegate()
@@ -62,6 +65,45 @@ void AppDelegate::applicationDidFinishLaunching()
     Q_UNUSED(DateFormatter::format());
     currentFilter_ = PageFilter::All;
     localizeMenus();
+    // The window as it was left, with the project it showed.
+    AppSettings::restoreWindow(window_.get());
+    const QString last = AppSettings::lastProject();
+    if (!last.isEmpty()) {
+        if (ProjectPtr project = Project::getProjectWithName(last))
+            mainViewController()->populateCurrentProject(project);
+        else
+            AppSettings::forgetProject(last);
+    }
+    windowCommands_->refreshRecentProjects();
+}
+
+void AppDelegate::noteProjectShown(const std::shared_ptr<Project>& project)
+{
+    if (!project)
+        return;
+    AppSettings::noteProjectShown(project->name());
+    windowCommands_->refreshRecentProjects();
+}
+
+bool AppDelegate::openRecentProject(const QString& name)
+{
+    DebugTrace("openRecentProject");
+    currentFilter_ = PageFilter::All;
+    ProjectPtr project = Project::getProjectWithName(name);
+    if (!project) {
+        AppSettings::forgetProject(name);
+        windowCommands_->refreshRecentProjects();
+        Alert alert;
+        alert.setMessageText(localizedString("RecentProjectGoneMessage").arg(name));
+        alert.setInformativeText(QString());
+        alert.addButtonWithTitle(localizedString("AppDelegateErrorButtonOK"));
+        alert.runModal(window_.get());
+        return false;
+    }
+    mainViewController()->populateCurrentProject(project);
+    saveContext();
+    noteProjectShown(project);
+    return true;
 }
 
 void AppDelegate::localizeMenus()
@@ -93,6 +135,7 @@ void AppDelegate::localizeMenus()
     w->menuItemLocMenuHelp->setText(localizedString("AppDelegateMenuHelp"));
     w->menuLocMenuHelp->setTitle(localizedString("AppDelegateMenuHelp"));
     w->menuItemLocHelp->setText(localizedString("AppDelegateMenuItemHelp"));
+    w->menuItemLocShowProgress->setText(localizedString("AppDelegateMenuItemShowProgress"));
 }
 
 void AppDelegate::presentError(const AppError& error)
@@ -127,6 +170,8 @@ void AppDelegate::closeProject()
     DebugTrace("closeProject");
     currentFilter_ = PageFilter::All;
     mainViewController()->closeCurrentProject();
+    // Closed by hand: the next start shows no project.
+    AppSettings::setLastProject(QString());
 }
 
 void AppDelegate::quit()
@@ -143,6 +188,7 @@ void AppDelegate::terminate()
     if (applicationShouldTerminate() != TerminateReply::TerminateNow)
         return;
     terminating_ = true;
+    AppSettings::saveWindow(window_.get());
     if (terminateHandler_)
         terminateHandler_();
     else
@@ -168,6 +214,8 @@ AppDelegate::TerminateReply AppDelegate::applicationShouldTerminate()
     alert.setInformativeText(localizedString("Quitting now will lose any changes you have made since the last successful save"));
     alert.addButtonWithTitle(localizedString("Quit anyway"));
     alert.addButtonWithTitle(localizedString("Cancel"));
+    // Escape keeps the application running: the first button's answer, whatever its title.
+    alert.setCancelButton(0);
     // The first button keeps the application running and any other answer quits: the two
     // buttons answer the other way round from their titles, as this program always has.
     if (alert.runModal(window_.get()) == Alert::FirstButtonReturn)
@@ -239,6 +287,7 @@ void AppDelegate::createProjectValidateWithController(NewProjectWindowController
     }
     mainViewController()->populateCurrentProject(created.project);
     saveContext();
+    noteProjectShown(created.project);
 }
 
 void AppDelegate::createProjectCancelWithController(NewProjectWindowController*)
@@ -253,6 +302,7 @@ void AppDelegate::openProjectValidateWithController(OpenProjectWindowController*
     DebugTrace("projectURL  %s", project ? qPrintable(project->url()) : "");
     mainViewController()->populateCurrentProject(project);
     saveContext();
+    noteProjectShown(project);
 }
 
 void AppDelegate::openProjectCancelWithController(OpenProjectWindowController*)
@@ -264,6 +314,10 @@ void AppDelegate::openProjectDidDeleteProject(OpenProjectWindowController*, cons
 {
     DebugTrace("openProjectDidDeleteProject");
     mainViewController()->projectWasDeleted(project);
+    if (project) {
+        AppSettings::forgetProject(project->name());
+        windowCommands_->refreshRecentProjects();
+    }
 }
 
 QString AppDelegate::urlWithoutDieseFromURL(const QString& url)

@@ -15,6 +15,7 @@ class MainViewController;
 class MainWindow;
 class Project;
 class QWidget;
+class WindowCommands;
 
 // The application's delegate and its one shared entry point: it owns the project registry,
 // localises the menus and the toolbar, answers their commands, hears the three dialogs'
@@ -48,6 +49,9 @@ public:
     void createProject();
     void openProject();
     void closeProject();
+    // Fichier > Ouvrir récent: shows the project of that name; one that no longer exists is
+    // taken off the list, with an alert. Answers whether it was shown.
+    bool openRecentProject(const QString& name);
     void quit();
     void actionDoFilters();
     // The application really quits (tests replace this to stay alive).
@@ -80,12 +84,15 @@ public:
 
 private:
     void localizeMenus();
+    // The project now shown becomes the last one and heads Ouvrir récent.
+    void noteProjectShown(const std::shared_ptr<Project>& project);
     void applyFilter(qint32 filter);
     void terminate();
 
     qint32 currentFilter_ = 0;
     std::unique_ptr<DataModelManager> dataModelManager_;
     std::unique_ptr<MainWindow> window_;
+    WindowCommands* windowCommands_ = nullptr;
     std::function<void()> terminateHandler_;
     bool terminating_ = false;
 };

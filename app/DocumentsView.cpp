@@ -1,5 +1,6 @@
 #include "app/DocumentsView.h"
 
+#include "app/ColumnMinimumWidth.h"
 #include "app/MainViewController.h"
 #include "app/SystemBrowser.h"
 #include "store/Localization.h"
@@ -183,6 +184,10 @@ DocumentsView::DocumentsView(QWidget* parent) : QGroupBox(parent)
     header->resizeSection(ColTitle, 280);
     for (int c = ColDepth; c < ColumnCount; ++c)
         header->setSectionResizeMode(c, QHeaderView::ResizeToContents);
+
+    ColumnMinimumWidth::keep(documentsTableView_, ColURL);
+    // Tab leaves the list for the next pane rather than moving from cell to cell.
+    documentsTableView_->setTabKeyNavigation(false);
 
     menuAction_ = new QMenu(this);
     menuAction_->addAction(QString(), this, [this] { openURLAction(); });

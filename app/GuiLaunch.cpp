@@ -26,7 +26,8 @@ void prepareProcess()
 
 void configureApplication()
 {
-    QApplication::setApplicationName(QStringLiteral("Quillmere"));
+    QApplication::setOrganizationName(QLatin1String(kOrganizationName));
+    QApplication::setApplicationName(QLatin1String(kApplicationName));
     QApplication::setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
     StandardTranslations::install();
 }

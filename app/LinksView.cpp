@@ -1,5 +1,7 @@
 #include "app/LinksView.h"
 
+#include "app/ColumnMinimumWidth.h"
+
 #include "app/SystemBrowser.h"
 #include "store/Localization.h"
 #include "store/NumberDescription.h"
@@ -133,6 +135,10 @@ LinksView::LinksView(QWidget* parent) : QGroupBox(parent)
     header->setSectionResizeMode(ColPage, QHeaderView::Stretch);
     header->setSectionResizeMode(ColDepth, QHeaderView::ResizeToContents);
     header->setSectionResizeMode(ColLinksOut, QHeaderView::ResizeToContents);
+
+    ColumnMinimumWidth::keep(linksTableView_, ColPage);
+    // Tab leaves the list for the next pane rather than moving from cell to cell.
+    linksTableView_->setTabKeyNavigation(false);
 
     menuAction_ = new QMenu(this);
     menuAction_->addAction(QString(), this, [this] { openURLAction(); });

@@ -203,6 +203,7 @@ void MainViewController::startCrawlerForProject(const std::shared_ptr<Project>& 
         alert.setInformativeText(QString());
         alert.addButtonWithTitle(localizedString("MainViewAlertStartRestartDefaultButton"));
         alert.addButtonWithTitle(localizedString("MainViewAlertStartRestartAlternateButton"));
+        alert.setCancelButton(1);
         choice = CrawlStartDecision::choiceForAlertAnswer(situation, alert.runModal(window()));
     } else if (situation == Situation::Interrupted) {
         Alert alert;
@@ -211,6 +212,7 @@ void MainViewController::startCrawlerForProject(const std::shared_ptr<Project>& 
         alert.addButtonWithTitle(localizedString("MainViewAlertStartContinueOtherButton"));
         alert.addButtonWithTitle(localizedString("MainViewAlertStartContinueAlternateButton"));
         alert.addButtonWithTitle(localizedString("MainViewAlertStartContinueDefaultButton"));
+        alert.setCancelButton(0);
         choice = CrawlStartDecision::choiceForAlertAnswer(situation, alert.runModal(window()));
     }
     if (!CrawlStartDecision::apply(choice, currentProject_)) {

@@ -2,6 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/AuditTabWidget.h"
+#include "app/CrawlStatusBar.h"
 #include "app/MainViewController.h"
 
 #include <QApplication>
@@ -70,6 +71,10 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent)
     menuItemLocZoom = menuLocWindow->addAction(QString());
     menuLocWindow->addSeparator();
     menuItemLocBringAllToFront = menuLocWindow->addAction(QString());
+    menuLocWindow->addSeparator();
+    menuItemLocShowProgress = menuLocWindow->addAction(QString());
+    menuItemLocShowProgress->setObjectName(QStringLiteral("menuItemLocShowProgress"));
+    menuItemLocShowProgress->setEnabled(false);
 
     menuLocMenuHelp = bar->addMenu(QString());
     menuItemLocMenuHelp = menuLocMenuHelp->menuAction();
@@ -87,6 +92,19 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent)
     });
     // No other application windows to hide here.
     menuItemLocHideOthers->setEnabled(false);
+
+    // A crawl sent to the background shows in the status bar; the menu item and a click on
+    // the bar bring its sheet back. The project commands wait for the crawl's end: the
+    // project being crawled stays open under it.
+    crawlStatusBar_ = new CrawlStatusBar(mainViewController_);
+    setStatusBar(crawlStatusBar_);
+    connect(menuItemLocShowProgress, &QAction::triggered, crawlStatusBar_, &CrawlStatusBar::bringBackProgressSheet);
+    connect(crawlStatusBar_, &CrawlStatusBar::crawlInBackgroundChanged, menuItemLocShowProgress, &QAction::setEnabled);
+    connect(crawlStatusBar_, &CrawlStatusBar::busyChanged, this, [this](bool busy) {
+        for (QAction* command : {toolBarItemLocNewProject, toolBarItemLocOpenProject, menuItemLocNew, menuItemLocOpen,
+                                 menuItemLocClose})
+            command->setEnabled(!busy);
+    });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 
+class CrawlStatusBar;
 class MainViewController;
 class QAction;
 class QMenu;
@@ -16,6 +17,7 @@ public:
 
     MainViewController* mainViewController() const { return mainViewController_; }
     QToolBar* toolBar() const { return toolBar_; }
+    CrawlStatusBar* crawlStatusBar() const { return crawlStatusBar_; }
 
     // The toolbar items and the menus, under the names the application delegate localises.
     QAction* toolBarItemLocNewProject;
@@ -46,6 +48,8 @@ public:
     QAction* menuItemLocHelp;
     QMenu* menuLocApplication;
     QMenu* menuLocOpenRecent;
+    // Shows the progress sheet of a crawl sent to the background.
+    QAction* menuItemLocShowProgress;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -53,4 +57,5 @@ protected:
 private:
     MainViewController* mainViewController_;
     QToolBar* toolBar_;
+    CrawlStatusBar* crawlStatusBar_;
 };

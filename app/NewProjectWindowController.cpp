@@ -1,9 +1,13 @@
 #include "app/NewProjectWindowController.h"
 
+#include "app/AppSettings.h"
 #include "app/NewProjectControllerDelegate.h"
+#include "app/ProjectRefusalAlert.h"
 #include "html/StringOperations.h"
 #include "base/DebugTrace.h"
 #include "store/Localization.h"
+#include "store/ProjectRules.h"
+#include "store/StringTable.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -77,7 +81,8 @@ void NewProjectWindowController::windowDidLoad()
     popUpLinkRules_->clear();
     popUpLinkRules_->addItem(localizedString("CreateProjectReglesClassic"), int(LinkRules::Classic));
     popUpLinkRules_->addItem(localizedString("CreateProjectReglesWeb"), int(LinkRules::Web));
-    popUpLinkRules_->setCurrentIndex(0);
+    // The rules chosen for the last project made come first again.
+    popUpLinkRules_->setCurrentIndex(AppSettings::lastLinkRules() == LinkRules::Web ? 1 : 0);
     popUpLinkRules_->setToolTip(localizedString("CreateProjectReglesToolTip"));
     textFieldLimitDepth_->setPlaceholderText(localizedString("CreateProjectPlaceHolderProfondeurMax"));
     textFieldLimitPageCount_->setPlaceholderText(localizedString("CreateProjectPlaceHolderNombreMaxScan"));
@@ -91,29 +96,19 @@ LinkRules NewProjectWindowController::linkRules() const
     return popUpLinkRules_->currentData().toInt() == int(LinkRules::Web) ? LinkRules::Web : LinkRules::Classic;
 }
 
-qint32 NewProjectWindowController::limitFromField(const QString& text)
+bool NewProjectWindowController::limitFromField(const QString& text, qint32* value)
 {
-    if (text.isEmpty())
-        return -1;
-    // As a text field's intValue: blanks skipped, an optional sign, then the leading digits.
-    int i = 0;
-    while (i < text.size() && text.at(i).isSpace())
-        ++i;
-    bool negative = false;
-    if (i < text.size() && (text.at(i) == QLatin1Char('-') || text.at(i) == QLatin1Char('+'))) {
-        negative = text.at(i) == QLatin1Char('-');
-        ++i;
+    const QString typed = text.trimmed();
+    if (typed.isEmpty()) {
+        *value = -1;
+        return true;
     }
-    qint64 value = 0;
-    while (i < text.size() && text.at(i) >= QLatin1Char('0') && text.at(i) <= QLatin1Char('9')) {
-        value = value * 10 + (text.at(i).unicode() - '0');
-        if (value > 2147483647LL)
-            value = 2147483648LL;
-        ++i;
-    }
-    if (negative)
-        value = -value;
-    return qint32(qBound<qint64>(-2147483647LL - 1, value, 2147483647LL));
+    bool ok = false;
+    const int n = typed.toInt(&ok);
+    if (!ok || n < -1)
+        return false;
+    *value = n;
+    return true;
 }
 
 QString NewProjectWindowController::urlFromField(const QString& text)
@@ -129,18 +124,41 @@ void NewProjectWindowController::actionValider()
     const QString url = urlFromField(textFieldURL_->text());
     if (url.isEmpty()) {
         // An empty address cannot name a site: say so and keep the sheet open.
-        labelError_->setText(localizedString("CreateProjectErrorEmptyURL"));
-        labelError_->show();
-        textFieldURL_->setFocus();
+        refuse(localizedString("CreateProjectErrorEmptyURL"), textFieldURL_);
+        return;
+    }
+    // What the crawl could not use is refused here, before anything is made: an address that
+    // is not http or https with a host, a limit that is not a whole number of -1 or more.
+    QString why;
+    const QString normal = ProjectRules::normalForm(url);
+    if (!ProjectRules::isCrawlableURL(normal.isNull() ? url : normal, StringTable::forLanguage(StringTable::Language::French), &why)) {
+        refuse(ProjectRefusalAlert::asSentence(why), textFieldURL_);
+        return;
+    }
+    qint32 limitDepth = -1;
+    if (!limitFromField(textFieldLimitDepth_->text(), &limitDepth)) {
+        refuse(localizedString("CreateProjectErrorLimitDepth").arg(textFieldLimitDepth_->text().trimmed()), textFieldLimitDepth_);
+        return;
+    }
+    qint32 limitPageCount = -1;
+    if (!limitFromField(textFieldLimitPageCount_->text(), &limitPageCount)) {
+        refuse(localizedString("CreateProjectErrorLimitPageCount").arg(textFieldLimitPageCount_->text().trimmed()),
+               textFieldLimitPageCount_);
         return;
     }
     labelError_->hide();
     DebugTrace("URL to Add : [%s]", qPrintable(url));
-    const qint32 limitDepth = limitFromField(textFieldLimitDepth_->text());
-    const qint32 limitPageCount = limitFromField(textFieldLimitPageCount_->text());
+    AppSettings::setLastLinkRules(linkRules());
     if (delegate_)
         delegate_->createProjectValidateWithController(this, textFieldName_->text(), url, limitDepth, limitPageCount);
     endSheet(ValidateCode);
+}
+
+void NewProjectWindowController::refuse(const QString& message, QWidget* field)
+{
+    labelError_->setText(message);
+    labelError_->show();
+    field->setFocus();
 }
 
 void NewProjectWindowController::actionAnnuler()

@@ -21,9 +21,9 @@ public:
         return new NewProjectWindowController(delegate);
     }
 
-    // A limit field's value: -1 when empty, else its leading integer (0 for text that does
-    // not start with one; blanks before the number are skipped).
-    static qint32 limitFromField(const QString& text);
+    // A limit field's value: -1 when empty, else the whole number it holds (blanks around
+    // it allowed), -1 or more. False, value untouched, for anything else.
+    static bool limitFromField(const QString& text, qint32* value);
     // The site URL as typed, trimmed, less one trailing "/".
     static QString urlFromField(const QString& text);
 
@@ -43,6 +43,8 @@ public:
 
 private:
     void windowDidLoad();
+    // Shows a refusal under the fields and puts the focus where the fix is to be typed.
+    void refuse(const QString& message, QWidget* field);
 
     NewProjectControllerDelegate* delegate_;
     QLineEdit* textFieldURL_;

@@ -49,6 +49,10 @@ ProgressWindowController::ProgressWindowController(ProgressControllerDelegate* d
     // Return must not stop hours of crawling by accident: only a click or Escape does.
     buttonStop_->setAutoDefault(false);
     connect(buttonStop_, &QPushButton::clicked, this, [this] { actionStop(); });
+    buttonBackground_ = new QPushButton;
+    buttonBackground_->setObjectName(QStringLiteral("buttonBackground"));
+    buttonBackground_->setAutoDefault(false);
+    connect(buttonBackground_, &QPushButton::clicked, this, [this] { actionBackground(); });
 
     boxLocProgression_ = new QGroupBox;
     labelLocPagesAnalysees_ = new QLabel;
@@ -75,6 +79,7 @@ ProgressWindowController::ProgressWindowController(ProgressControllerDelegate* d
 
     boxLocActions_ = new QGroupBox;
     auto* actions = new QHBoxLayout(boxLocActions_);
+    actions->addWidget(buttonBackground_);
     actions->addStretch();
     actions->addWidget(buttonStop_);
 
@@ -97,13 +102,35 @@ void ProgressWindowController::windowDidLoad()
     labelLocURLEnCours_->setText(localizedString("ProgressLabelURLEnCours"));
     boxLocActions_->setTitle(localizedString("ProgressBoxActions"));
     buttonStop_->setText(localizedString("ProgressButtonStop"));
+    buttonBackground_->setText(localizedString("ProgressButtonBackground"));
+    buttonBackground_->setToolTip(localizedString("ProgressButtonBackgroundToolTip"));
 }
 
 void ProgressWindowController::actionStop()
 {
     if (delegate_)
         delegate_->stopIndexer();
+    inBackground_ = false;
     endSheet(ValidateCode);
+}
+
+void ProgressWindowController::actionBackground()
+{
+    if (!isVisible())
+        return;
+    releaseHeldFields();
+    inBackground_ = true;
+    hide();
+    Q_EMIT sentToBackground();
+}
+
+void ProgressWindowController::bringBack()
+{
+    if (!inBackground_)
+        return;
+    inBackground_ = false;
+    displaySheetInWindow(parentWindow());
+    Q_EMIT broughtBack();
 }
 
 void ProgressWindowController::hideProgressWindow()

@@ -32,6 +32,11 @@ public:
 
     void actionStop();
     void hideProgressWindow();
+    // The sheet goes away and the crawl goes on: its progress shows in the window's panel and
+    // status bar, and the window can be used meanwhile; bringBack shows the sheet again.
+    void actionBackground();
+    void bringBack();
+    bool isInBackground() const { return inBackground_; }
     // Escape on the sheet stops the crawl, as the stop button does.
     void actionAnnuler() override { actionStop(); }
 
@@ -50,8 +55,13 @@ public:
     QLabel* textFieldURLPageAnalysee() const { return textFieldURLPageAnalysee_; }
     QProgressBar* progressLinksIndicator() const { return progressLinksIndicator_; }
     QPushButton* buttonStop() const { return buttonStop_; }
+    QPushButton* buttonBackground() const { return buttonBackground_; }
     // How many times the indicators were redrawn at once (between two event loop turns).
     int immediateRedrawCount() const { return immediateRedraws_; }
+
+Q_SIGNALS:
+    void sentToBackground();
+    void broughtBack();
 
 private:
     void windowDidLoad();
@@ -76,6 +86,8 @@ private:
     QLabel* textFieldURLPageAnalysee_;
     QProgressBar* progressLinksIndicator_;
     QPushButton* buttonStop_;
+    QPushButton* buttonBackground_;
+    bool inBackground_ = false;
     QGroupBox* boxLocProgression_;
     QLabel* labelLocPagesAnalysees_;
     QLabel* labelLocProfondeurMaximum_;

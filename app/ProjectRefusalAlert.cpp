@@ -4,10 +4,7 @@
 #include "store/Localization.h"
 #include "store/StringTable.h"
 
-namespace {
-// The core words its refusals as the command line prints them, after "quillmere: "; an alert
-// shows them as a sentence of their own.
-QString asSentence(QString text)
+QString ProjectRefusalAlert::asSentence(QString text)
 {
     if (text.isEmpty())
         return text;
@@ -16,7 +13,6 @@ QString asSentence(QString text)
         text += QLatin1Char('.');
     return text;
 }
-} // namespace
 
 void ProjectRefusalAlert::show(const ProjectCatalog::Result& refusal, QWidget* parent)
 {

@@ -9,4 +9,7 @@ class QWidget;
 class ProjectRefusalAlert {
 public:
     static void show(const ProjectCatalog::Result& refusal, QWidget* parent);
+    // The core words its refusals as the command line prints them, after "quillmere: "; the
+    // window shows them as a sentence of their own.
+    static QString asSentence(QString text);
 };

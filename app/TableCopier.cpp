@@ -1,10 +1,14 @@
 #include "app/TableCopier.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QTableView>
+#include <QTextEdit>
 
 #include <algorithm>
 
@@ -13,24 +17,29 @@ TableCopier::TableCopier(QTableView* table) : QObject(table), table_(table)
     table->installEventFilter(this);
 }
 
-QString TableCopier::selectedRowsText(QTableView* table)
+QString TableCopier::selectedRowsText(const QAbstractItemView* view)
 {
-    if (!table->selectionModel())
+    if (!view || !view->model() || !view->selectionModel())
         return QString();
+    const QAbstractItemModel* model = view->model();
+    const auto* table = qobject_cast<const QTableView*>(view);
     QList<int> rows;
-    for (const QModelIndex& index : table->selectionModel()->selectedRows())
-        if (!table->isRowHidden(index.row()))
+    for (const QModelIndex& index : view->selectionModel()->selectedIndexes())
+        if (!rows.contains(index.row()) && !(table && table->isRowHidden(index.row())))
             rows << index.row();
     std::sort(rows.begin(), rows.end());
-    QHeaderView* header = table->horizontalHeader();
+    const QHeaderView* header = table ? table->horizontalHeader() : nullptr;
+    QList<int> columns;
+    for (int visual = 0; visual < model->columnCount(); ++visual) {
+        const int logical = header ? header->logicalIndex(visual) : visual;
+        if (!header || !header->isSectionHidden(logical))
+            columns << logical;
+    }
     QStringList lines;
-    for (int row : rows) {
+    for (int row : std::as_const(rows)) {
         QStringList cells;
-        for (int visual = 0; visual < header->count(); ++visual) {
-            const int column = header->logicalIndex(visual);
-            if (header->isSectionHidden(column))
-                continue;
-            QString text = table->model()->index(row, column).data(Qt::DisplayRole).toString();
+        for (int column : std::as_const(columns)) {
+            QString text = model->index(row, column).data(Qt::DisplayRole).toString();
             text.replace(QLatin1Char('\t'), QLatin1Char(' ')).replace(QLatin1Char('\n'), QLatin1Char(' '));
             cells << text;
         }
@@ -46,6 +55,30 @@ bool TableCopier::copySelectedRows(QTableView* table)
         return false;
     QApplication::clipboard()->setText(text);
     return true;
+}
+
+bool TableCopier::copyFromFocus(QWidget* focus)
+{
+    if (auto* field = qobject_cast<QLineEdit*>(focus)) {
+        if (!field->hasSelectedText())
+            return false;
+        field->copy();
+        return true;
+    }
+    if (auto* text = qobject_cast<QTextEdit*>(focus)) {
+        text->copy();
+        return true;
+    }
+    for (QWidget* w = focus; w; w = w->parentWidget()) {
+        if (auto* view = qobject_cast<QAbstractItemView*>(w)) {
+            const QString rows = selectedRowsText(view);
+            if (rows.isEmpty())
+                return false;
+            QGuiApplication::clipboard()->setText(rows);
+            return true;
+        }
+    }
+    return false;
 }
 
 bool TableCopier::eventFilter(QObject* watched, QEvent* event)

@@ -1,6 +1,7 @@
 #include "store/PageFilter.h"
 
 #include "store/Localization.h"
+#include "store/PluralText.h"
 
 namespace PageFilter {
 
@@ -35,14 +36,22 @@ const char* titleKey(qint32 code)
     return keys[normalized(code)];
 }
 
+const char* singularTitleKey(qint32 code)
+{
+    static const char* const keys[] = {"DocumentsListTitleAllOne",     "DocumentsListTitle404AllOne",
+                                       "DocumentsListTitle404HtmlOne", "DocumentsListTitle404OtherOne",
+                                       "DocumentsListTitleNoIndexOne", "DocumentsListTitleCanonicalOne"};
+    return keys[normalized(code)];
+}
+
 QString title(qint32 code, quint64 count)
 {
-    return Localization::localizedString(titleKey(code)).arg(count);
+    return PluralText::count(singularTitleKey(code), titleKey(code), count);
 }
 
 QString sourcesTitle(quint64 count)
 {
-    return Localization::localizedString("LinksListTitle").arg(count);
+    return PluralText::count("LinksListTitleOne", "LinksListTitle", count);
 }
 
 } // namespace PageFilter

@@ -16,10 +16,13 @@ enum Code : qint32 { All = 0, Error404AllTypes = 1, Error404OnlyHTML = 2, Error4
 
 qint32 normalized(qint32 code);
 QList<QuillmerePagePtr> pages(qint32 code, const std::shared_ptr<Project>& project);
-// The list's title for that many rows, such as "12 documents référencés", and its key in
-// the string tables (a text with %1 for the count).
+// The list's title for that many rows, such as "12 documents référencés" or "1 document
+// référencé", and the key of its plural form in the string tables (a text with %1 for the
+// count); the singular form's key ends in "One".
 QString title(qint32 code, quint64 count);
 const char* titleKey(qint32 code);
-// The links list's title: how many links reach the selected page (key "LinksListTitle").
+const char* singularTitleKey(qint32 code);
+// The links list's title: how many links reach the selected page (keys "LinksListTitle",
+// "LinksListTitleOne").
 QString sourcesTitle(quint64 count);
 } // namespace PageFilter

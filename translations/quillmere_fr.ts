@@ -1857,6 +1857,91 @@ la règle qui l&apos;a décidé (crawl --ignore-robots la demande quand même).
     <message id="AuditExportFailedMessage">
         <source>Could not write %1: %2</source>
         <translation>Impossible d&apos;écrire %1 : %2</translation>
+    <message id="DocumentsListTitleAllOne">
+        <source>%1 document listed</source>
+        <translation>%1 document référencé</translation>
+    </message>
+    <message id="DocumentsListTitle404AllOne">
+        <source>%1 document in 404, all types, listed</source>
+        <translation>%1 document en 404 tous types référencé</translation>
+    </message>
+    <message id="DocumentsListTitle404HtmlOne">
+        <source>%1 document in 404 of type HTML listed</source>
+        <translation>%1 document en 404 de type HTML référencé</translation>
+    </message>
+    <message id="DocumentsListTitle404OtherOne">
+        <source>%1 document in 404 not of type HTML listed</source>
+        <translation>%1 document en 404 pas de type HTML référencé</translation>
+    </message>
+    <message id="DocumentsListTitleNoIndexOne">
+        <source>%1 noindex document listed</source>
+        <translation>%1 document en noindex référencé</translation>
+    </message>
+    <message id="DocumentsListTitleCanonicalOne">
+        <source>%1 canonical document listed</source>
+        <translation>%1 document canonical référencé</translation>
+    </message>
+    <message id="LinksListTitleOne">
+        <source>%1 link to the selected document</source>
+        <translation>%1 lien vers le document sélectionné</translation>
+    </message>
+    <message id="ProgressButtonBackground">
+        <source>Continue in the background</source>
+        <translation>Continuer en arrière-plan</translation>
+    </message>
+    <message id="ProgressButtonBackgroundToolTip">
+        <source>Closes this window; the crawl goes on and its progress shows in the status bar (a click there, or Window &gt; Show the crawl&apos;s progress, brings this window back).</source>
+        <translation>Ferme cette fenêtre ; l&apos;analyse continue et sa progression s&apos;affiche dans la barre d&apos;état (un clic sur celle-ci, ou Fenêtre &gt; Afficher la progression de l&apos;analyse, ramène cette fenêtre).</translation>
+    </message>
+    <message id="AppDelegateMenuItemShowProgress">
+        <source>Show the crawl&apos;s progress</source>
+        <translation>Afficher la progression de l&apos;analyse</translation>
+    </message>
+    <message id="StatusBarCrawlInBackground">
+        <source>Crawl in the background: %1, depth %2 — %3</source>
+        <translation>Analyse en arrière-plan : %1, profondeur %2 — %3</translation>
+    </message>
+    <message id="StatusBarPagesOne">
+        <source>%1 page analysed</source>
+        <translation>%1 page analysée</translation>
+    </message>
+    <message id="StatusBarPages">
+        <source>%1 pages analysed</source>
+        <translation>%1 pages analysées</translation>
+    </message>
+    <message id="StatusBarClickToShowProgress">
+        <source>Click to show the crawl&apos;s progress</source>
+        <translation>Cliquez pour afficher la progression de l&apos;analyse</translation>
+    </message>
+    <message id="CreateProjectErrorLimitDepth">
+        <source>&apos;%1&apos; is not a maximum depth: a whole number, -1 or more (empty: no limit).</source>
+        <translation>« %1 » n&apos;est pas une profondeur maximale : un nombre entier, -1 ou plus (vide : pas de limite).</translation>
+    </message>
+    <message id="CreateProjectErrorLimitPageCount">
+        <source>&apos;%1&apos; is not a maximum number of pages: a whole number, -1 or more (empty: no limit).</source>
+        <translation>« %1 » n&apos;est pas un nombre maximal de pages : un nombre entier, -1 ou plus (vide : pas de limite).</translation>
+    </message>
+    <message id="RecentProjectGoneMessage">
+        <source>The project &apos;%1&apos; no longer exists.</source>
+        <translation>Le projet « %1 » n&apos;existe plus.</translation>
+    </message>
+    <message id="AboutWindowTitle">
+        <source>About Quillmere</source>
+        <translation>À propos de Quillmere</translation>
+    </message>
+    <message id="AboutText">
+        <source>Quillmere %1
+Site crawler and link auditor.</source>
+        <translation>Quillmere %1
+Robot d&apos;analyse de sites et vérificateur de liens.</translation>
+    </message>
+    <message id="AboutLicences">
+        <source>Built with Qt %1 and Qt WebEngine (LGPL 3; Chromium under BSD and other free licences), SQLite (public domain), libxml2 (MIT licence) and libcurl (curl licence, MIT style).</source>
+        <translation>Construit avec Qt %1 et Qt WebEngine (LGPL 3 ; Chromium sous licence BSD et d&apos;autres licences libres), SQLite (domaine public), libxml2 (licence MIT) et libcurl (licence curl, de type MIT).</translation>
+    </message>
+    <message id="HelpWindowTitle">
+        <source>Quillmere Help</source>
+        <translation>Aide de Quillmere</translation>
     </message>
 </context>
 </TS>

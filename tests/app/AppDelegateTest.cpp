@@ -333,7 +333,7 @@ TEST(AppDelegate, CreateValidateCreatesShowsAndSavesTheProject)
     EXPECT_EQ(project->limit_depth(), 3);
     EXPECT_EQ(project->limit_page_count(), 50);
     EXPECT_EQ(app.documentsView()->currentProject(), project);
-    EXPECT_EQ(app.documentsView()->title(), QString::fromUtf8("0 documents référencés"));
+    EXPECT_EQ(app.documentsView()->title(), QString::fromUtf8("0 document référencé"));
     EXPECT_FALSE(app.app()->managedObjectContext()->hasChanges());
     EXPECT_EQ(savedProjectRows(app), 1);
 }
@@ -355,12 +355,12 @@ TEST(AppDelegate, FilterActionsSetTheFilterAndTheListTitle)
     app.createAndShowProject("site", "http://127.0.0.1:9");
     struct Step { void (AppDelegate::*action)(); qint32 code; const char* title; };
     const Step steps[] = {
-        {&AppDelegate::doFilter404All, 1, "0 documents en 404 tous types référencés"},
-        {&AppDelegate::doFilter404OnlyHTML, 2, "0 documents en 404 de type HTML référencés"},
-        {&AppDelegate::doFilter404NotHTML, 3, "0 documents en 404 pas de type HTML référencés"},
-        {&AppDelegate::doFilterNoIndex, 4, "0 documents en noindex référencés"},
-        {&AppDelegate::doFilterCanonical, 5, "0 documents canonical référencés"},
-        {&AppDelegate::doFilterNone, 0, "0 documents référencés"},
+        {&AppDelegate::doFilter404All, 1, "0 document en 404 tous types référencé"},
+        {&AppDelegate::doFilter404OnlyHTML, 2, "0 document en 404 de type HTML référencé"},
+        {&AppDelegate::doFilter404NotHTML, 3, "0 document en 404 pas de type HTML référencé"},
+        {&AppDelegate::doFilterNoIndex, 4, "0 document en noindex référencé"},
+        {&AppDelegate::doFilterCanonical, 5, "0 document canonical référencé"},
+        {&AppDelegate::doFilterNone, 0, "0 document référencé"},
     };
     for (const Step& step : steps) {
         (app.app()->*step.action)();
@@ -389,10 +389,10 @@ TEST(AppDelegate, FiltersCountTheCrawledPages)
 
     const std::pair<void (AppDelegate::*)(), const char*> steps[] = {
         {&AppDelegate::doFilter404All, "2 documents en 404 tous types référencés"},
-        {&AppDelegate::doFilter404OnlyHTML, "1 documents en 404 de type HTML référencés"},
-        {&AppDelegate::doFilter404NotHTML, "1 documents en 404 pas de type HTML référencés"},
-        {&AppDelegate::doFilterNoIndex, "1 documents en noindex référencés"},
-        {&AppDelegate::doFilterCanonical, "1 documents canonical référencés"},
+        {&AppDelegate::doFilter404OnlyHTML, "1 document en 404 de type HTML référencé"},
+        {&AppDelegate::doFilter404NotHTML, "1 document en 404 pas de type HTML référencé"},
+        {&AppDelegate::doFilterNoIndex, "1 document en noindex référencé"},
+        {&AppDelegate::doFilterCanonical, "1 document canonical référencé"},
     };
     for (const auto& [action, title] : steps) {
         (app.app()->*action)();

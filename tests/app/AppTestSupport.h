@@ -18,6 +18,8 @@
 #include <QApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QDir>
+#include <QSettings>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTemporaryDir>
@@ -53,9 +55,17 @@ inline bool waitUntil(const std::function<bool()>& done, int timeoutMs = 20000)
 // a termination that only records that it happened.
 class LaunchedApp {
 public:
-    LaunchedApp()
+    LaunchedApp() : LaunchedApp(QString()) {}
+    // A launch over the data and settings kept in `home` (a program started again on them)
+    // rather than in fresh temporary directories.
+    explicit LaunchedApp(const QString& home)
     {
-        DataModelManager::setDataDirectoryOverride(dir.path());
+        const QString data = home.isEmpty() ? dir.path() : home + QStringLiteral("/data");
+        const QString settings = home.isEmpty() ? settingsDir.path() : home + QStringLiteral("/settings");
+        QDir().mkpath(data);
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings);
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings);
+        DataModelManager::setDataDirectoryOverride(data);
         Alert::clearForTesting();
         SystemBrowser::setOpenerForTesting([this](const QUrl& url) { openedURLs.push_back(url); });
         delegate = std::make_unique<AppDelegate>();
@@ -101,6 +111,7 @@ public:
     }
 
     QTemporaryDir dir;
+    QTemporaryDir settingsDir;
     std::unique_ptr<AppDelegate> delegate;
     std::vector<QUrl> openedURLs;
     int terminations = 0;

@@ -102,10 +102,10 @@ TEST_F(DocumentsViewTest, TitleAndRowsForEachFilterCode)
     const QStringList all = {s->site.base(), U("/a.html"), U("/b.html"), U("/c.html"), U("/missing.html")};
     const QList<Case> cases = {
         {1, "2 documents en 404 tous types référencés", {U("/missing.html"), U("/missing.png")}},
-        {2, "1 documents en 404 de type HTML référencés", {U("/missing.html")}},
-        {3, "1 documents en 404 pas de type HTML référencés", {U("/missing.png")}},
-        {4, "1 documents en noindex référencés", {U("/hidden.html")}},
-        {5, "1 documents canonical référencés", {U("/canon.html")}},
+        {2, "1 document en 404 de type HTML référencé", {U("/missing.html")}},
+        {3, "1 document en 404 pas de type HTML référencé", {U("/missing.png")}},
+        {4, "1 document en noindex référencé", {U("/hidden.html")}},
+        {5, "1 document canonical référencé", {U("/canon.html")}},
         {0, "5 documents référencés", all},
     };
     for (const Case& c : cases) {

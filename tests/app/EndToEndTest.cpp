@@ -211,7 +211,7 @@ TEST(EndToEnd, CreateCrawlStopContinueBrowseAndFilter)
     QTest::mouseClick(filters->buttonLocValider(), Qt::LeftButton);
     ASSERT_TRUE(waitUntil([&] { return !filters->isVisible(); }, 5000));
     EXPECT_EQ(app.app()->currentFilter(), 2);
-    EXPECT_EQ(documents->title(), "1 documents en 404 de type HTML référencés");
+    EXPECT_EQ(documents->title(), "1 document en 404 de type HTML référencé");
     ASSERT_EQ(documents->numberOfRowsInTableView(), 1);
     EXPECT_EQ(documents->cellText("IdtURL", 0), U("/missing.html"));
     EXPECT_EQ(documents->cellText("IdtTitle", 0), q(db.at(s(U("/missing.html"))).title));

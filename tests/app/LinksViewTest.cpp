@@ -94,7 +94,7 @@ TEST_F(LinksViewTest, APageWithoutIncomingLinksGivesZeroInTheTitle)
     selectDocument(s->site.base());
     EXPECT_EQ(view->numberOfRowsInTableView(), 0);
     EXPECT_EQ(table->model()->rowCount(), 0);
-    EXPECT_EQ(view->title(), "0 liens vers le document sélectionné");
+    EXPECT_EQ(view->title(), "0 lien vers le document sélectionné");
 }
 
 TEST_F(LinksViewTest, AFilterEmptiesTheListButKeepsItsTitle)
@@ -104,7 +104,7 @@ TEST_F(LinksViewTest, AFilterEmptiesTheListButKeepsItsTitle)
     ASSERT_EQ(view->title(), "2 liens vers le document sélectionné");
 
     s->app.app()->doFilter404OnlyHTML();
-    EXPECT_EQ(documents->title(), "1 documents en 404 de type HTML référencés");
+    EXPECT_EQ(documents->title(), "1 document en 404 de type HTML référencé");
     EXPECT_EQ(view->numberOfRowsInTableView(), 0);
     EXPECT_EQ(view->selectedRow(), -1);
     EXPECT_EQ(view->title(), "2 liens vers le document sélectionné");
@@ -113,11 +113,11 @@ TEST_F(LinksViewTest, AFilterEmptiesTheListButKeepsItsTitle)
     selectDocument(U("/missing.html"));
     ASSERT_EQ(view->numberOfRowsInTableView(), 1);
     EXPECT_EQ(view->cellText("IdtAnchor", 0), "Perdu");
-    ASSERT_EQ(view->title(), "1 liens vers le document sélectionné");
+    ASSERT_EQ(view->title(), "1 lien vers le document sélectionné");
     s->app.controller()->applyFilter(PageFilter::All);
     EXPECT_EQ(documents->title(), "5 documents référencés");
     EXPECT_EQ(view->numberOfRowsInTableView(), 0);
-    EXPECT_EQ(view->title(), "1 liens vers le document sélectionné");
+    EXPECT_EQ(view->title(), "1 lien vers le document sélectionné");
 }
 
 TEST_F(LinksViewTest, ContextMenuOnAnEmptyAreaIsDisabled)

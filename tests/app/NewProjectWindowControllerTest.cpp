@@ -7,6 +7,7 @@
 #include "store/LinkRules.h"
 
 #include <QComboBox>
+#include <QFileInfo>
 
 #include <QGroupBox>
 #include <QLineEdit>
@@ -136,39 +137,91 @@ TEST(NewProjectSheet, EmptyLimitsMeanNoLimit)
     EXPECT_EQ(v->limitPageCount, -1);
 }
 
-TEST(NewProjectSheet, LettersOnlyReadAsZero)
-{
-    LaunchedApp app;
-    NewSheet s;
-    auto v = s.validate("site", "http://example.com", "abc", "x");
-    ASSERT_TRUE(v);
-    EXPECT_EQ(v->limitDepth, 0);
-    EXPECT_EQ(v->limitPageCount, 0);
-}
-
 TEST(NewProjectSheet, ANumberAfterBlanksIsRead)
 {
     LaunchedApp app;
     NewSheet s;
-    auto v = s.validate("site", "http://example.com", "   3", " 250");
+    auto v = s.validate("site", "http://example.com", "   3", " 250 ");
     ASSERT_TRUE(v);
     EXPECT_EQ(v->limitDepth, 3);
     EXPECT_EQ(v->limitPageCount, 250);
+    NewSheet t;
+    auto w = t.validate("site", "http://example.com", "-1", "0");
+    ASSERT_TRUE(w);
+    EXPECT_EQ(w->limitDepth, -1);
+    EXPECT_EQ(w->limitPageCount, 0);
 }
 
-TEST(NewProjectSheet, OnlyTheLeadingDigitsCount)
+TEST(NewProjectSheet, ALimitThatIsNotAWholeNumberOfMinusOneOrMoreIsRefused)
 {
     LaunchedApp app;
-    NewSheet s;
-    auto v = s.validate("site", "http://example.com", "12 levels", "7x9");
-    ASSERT_TRUE(v);
-    EXPECT_EQ(v->limitDepth, 12);
-    EXPECT_EQ(v->limitPageCount, 7);
-    NewSheet t;
-    auto w = t.validate("site", "http://example.com", "-4", "");
-    ASSERT_TRUE(w);
-    EXPECT_EQ(w->limitDepth, -4);  // a negative limit is passed on as typed
-    EXPECT_EQ(w->limitPageCount, -1);
+    struct Case { const char* depth; const char* pages; const char* message; };
+    const Case cases[] = {
+        {"abc", "", "« abc » n'est pas une profondeur maximale : un nombre entier, -1 ou plus (vide : pas de limite)."},
+        {"-4", "", "« -4 » n'est pas une profondeur maximale : un nombre entier, -1 ou plus (vide : pas de limite)."},
+        {"12 levels", "", "« 12 levels » n'est pas une profondeur maximale : un nombre entier, -1 ou plus (vide : pas de limite)."},
+        {"2", "-5", "« -5 » n'est pas un nombre maximal de pages : un nombre entier, -1 ou plus (vide : pas de limite)."},
+        {"", "7x9", "« 7x9 » n'est pas un nombre maximal de pages : un nombre entier, -1 ou plus (vide : pas de limite)."},
+        {"", "1.5", "« 1.5 » n'est pas un nombre maximal de pages : un nombre entier, -1 ou plus (vide : pas de limite)."},
+    };
+    for (const Case& c : cases) {
+        NewSheet s;
+        EXPECT_FALSE(s.validate("site", "http://example.com", c.depth, c.pages)) << c.depth << " / " << c.pages;
+        EXPECT_TRUE(s->isVisible());
+        EXPECT_TRUE(s->labelError()->isVisible());
+        EXPECT_EQ(s->labelError()->text(), QString::fromUtf8(c.message));
+        EXPECT_TRUE(s.delegate.cancels.empty());
+    }
+}
+
+TEST(NewProjectSheet, AnAddressThatIsNotHttpOrHttpsWithAHostIsRefused)
+{
+    LaunchedApp app;
+    struct Case { const char* url; const char* message; };
+    const Case cases[] = {
+        {"notaurl", "'notaurl' n'est pas une URL http ou https."},
+        {"ftp://example.com", "'ftp://example.com' n'est pas une URL http ou https."},
+        {"http://", "L'URL 'http:/' ne nomme aucun hôte."},
+    };
+    for (const Case& c : cases) {
+        NewSheet s;
+        EXPECT_FALSE(s.validate("site", c.url)) << c.url;
+        EXPECT_TRUE(s->isVisible());
+        EXPECT_TRUE(s->labelError()->isVisible());
+        EXPECT_EQ(s->labelError()->text(), QString::fromUtf8(c.message)) << c.url;
+        EXPECT_TRUE(s->textFieldURL()->hasFocus() || !s->isActiveWindow());
+        // Once the address is right the sheet goes on and the message goes away.
+        auto v = s.validate("site", "https://example.com/");
+        ASSERT_TRUE(v);
+        EXPECT_EQ(v->url, "https://example.com");
+        EXPECT_FALSE(s->labelError()->isVisible());
+    }
+}
+
+TEST(NewProjectSheet, ARefusedSheetCreatesNothing)
+{
+    LaunchedApp app;
+    app.window()->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(app.window()));
+    const QStringList fields[] = {{"notaurl", "", ""}, {"http://127.0.0.1:9/", "abc", ""}, {"http://127.0.0.1:9/", "", "-5"}};
+    for (const QStringList& typed : fields) {
+        app.app()->createProject();
+        NewProjectWindowController* sheet = app.controller()->projectWindowController();
+        ASSERT_TRUE(sheet);
+        sheet->textFieldName()->setText("site");
+        sheet->textFieldURL()->setText(typed[0]);
+        sheet->textFieldLimitDepth()->setText(typed[1]);
+        sheet->textFieldLimitPageCount()->setText(typed[2]);
+        sheet->buttonLocValider()->click();
+        EXPECT_TRUE(sheet->isVisible()) << qPrintable(typed.join('|'));
+        EXPECT_TRUE(sheet->labelError()->isVisible());
+        EXPECT_EQ(Project::countProjects(), 0);
+        EXPECT_FALSE(app.documentsView()->currentProject());
+        // No alert either: the sheet said it.
+        EXPECT_TRUE(Alert::shownAlerts().isEmpty());
+        sheet->buttonLocAnnuler()->click();
+    }
+    EXPECT_FALSE(QFileInfo::exists(app.dir.path() + "/site.sqlite"));
 }
 
 TEST(NewProjectSheet, TheNameIsPassedAsTyped)

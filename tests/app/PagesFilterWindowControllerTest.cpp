@@ -327,7 +327,7 @@ TEST(PagesFilterSheet, CancelKeepsTheListAndTheFilterInForce)
     app.createAndShowProject("site", "http://127.0.0.1:9/");
     app.app()->doFilter404All();
     const QString title = app.documentsView()->title();
-    EXPECT_EQ(title, "0 documents en 404 tous types référencés");
+    EXPECT_EQ(title, "0 document en 404 tous types référencé");
 
     app.app()->actionDoFilters();
     PagesFilterWindowController* sheet = app.controller()->pageFilterWindowController();
@@ -352,5 +352,5 @@ TEST(PagesFilterSheet, ValidateAppliesTheFilterToTheList)
     sheet->checkCanonical()->click();
     sheet->buttonLocValider()->click();
     EXPECT_EQ(app.app()->currentFilter(), 5);
-    EXPECT_EQ(app.documentsView()->title(), "0 documents canonical référencés");
+    EXPECT_EQ(app.documentsView()->title(), "0 document canonical référencé");
 }

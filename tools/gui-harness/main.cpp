@@ -4,6 +4,7 @@
 //   quillmere-gui-harness [--data-dir DIR] --bench-crawl NAME
 //   quillmere-gui-harness [--data-dir DIR] --screenshot-new-project FILE
 //   quillmere-gui-harness [--data-dir DIR] --screenshot-tabs DIR
+//   quillmere-gui-harness [--data-dir DIR] --screenshot-background FILE --project NAME
 // --screenshot FILE serves the built-in demo site, presses the start button, waits for the
 // crawl and the vacuum that follows it to end (two minutes at most), selects the page that
 // receives the most links so that the links list has rows, lets the preview finish loading,
@@ -14,6 +15,11 @@
 // chosen and saves a PNG of the sheet as its widgets draw it.
 // --screenshot-tabs DIR crawls the demo site as --screenshot does, then saves one PNG of the
 // window per tab of the audit's tab bar in DIR (tab-N-NAME.png).
+// --screenshot-background FILE --project NAME crawls the project NAME from scratch, sends the
+// crawl to the background from its sheet, and two seconds later saves a PNG of the main window
+// with its status bar (from the screen), then stops the crawl and quits.
+// The harness's settings live in a temporary directory: what a user's window remembers never
+// changes its pictures or timings.
 // --bench-crawl NAME opens the project NAME, crawls it from scratch from the start button
 // and quits, printing on standard output one line:
 //   bench-crawl pages=P seconds=S max_paint_gap_ms=G max_tick_gap_ms=T
@@ -24,11 +30,14 @@
 #include "TabScreenshots.h"
 
 #include "app/AppDelegate.h"
+#include "app/CrawlStatusBar.h"
 #include "app/DocumentsView.h"
 #include "app/GuiLaunch.h"
 #include "app/MainViewController.h"
 #include "app/MainWindow.h"
 #include "app/NewProjectWindowController.h"
+#include "app/ProgressView.h"
+#include "app/ProgressWindowController.h"
 #include "app/WebPreviewPage.h"
 #include "crawler/CrawlStartDecision.h"
 #include "demo/DemoServer.h"
@@ -38,10 +47,14 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QCommandLineParser>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
+#include <QPushButton>
 #include <QScreen>
+#include <QSettings>
 #include <QTableView>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
@@ -94,6 +107,12 @@ int main(int argc, char** argv)
                                   QStringLiteral("NAME"));
     QCommandLineOption sheetShot(QStringLiteral("screenshot-new-project"),
                                  QStringLiteral("open the new-project sheet, save it as a PNG and quit"), QStringLiteral("FILE"));
+    QCommandLineOption backgroundShot(QStringLiteral("screenshot-background"),
+                                      QStringLiteral("crawl --project in the background, save the window as a PNG and quit"),
+                                      QStringLiteral("FILE"));
+    QCommandLineOption projectName(QStringLiteral("project"), QStringLiteral("the project to crawl"), QStringLiteral("NAME"));
+    parser.addOption(backgroundShot);
+    parser.addOption(projectName);
     parser.addOption(sheetShot);
     QCommandLineOption tabsShot(QStringLiteral("screenshot-tabs"),
                                 QStringLiteral("crawl the demo site, save one PNG per tab of the audit in DIR and quit"),
@@ -105,6 +124,42 @@ int main(int argc, char** argv)
     parser.process(app);
     if (parser.isSet(dataDir))
         DataModelManager::setDataDirectoryOverride(parser.value(dataDir));
+    QTemporaryDir settings;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
+    if (parser.isSet(backgroundShot)) {
+        AppDelegate delegate;
+        delegate.applicationDidFinishLaunching();
+        ProjectPtr project = Project::getProjectWithName(parser.value(projectName));
+        if (!project) {
+            std::fprintf(stderr, "quillmere-gui-harness: no project named '%s'\n", qPrintable(parser.value(projectName)));
+            return 2;
+        }
+        if (CrawlStartDecision::situationForProject(project) != CrawlStartDecision::Situation::Fresh)
+            CrawlStartDecision::apply(CrawlStartDecision::Choice::Restart, project);
+        MainViewController* controller = delegate.mainViewController();
+        controller->populateCurrentProject(project);
+        delegate.window()->show();
+        int status = 1;
+        QTimer::singleShot(200, [&] {
+            controller->progressView()->buttonLancer()->click();
+            ProgressWindowController* sheet = controller->progressWindowController();
+            if (sheet)
+                QTimer::singleShot(300, sheet, [sheet] { sheet->buttonBackground()->click(); });
+            QTimer::singleShot(2500, [&] {
+                MainWindow* window = delegate.window();
+                QScreen* screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
+                const QPixmap shot = screen ? screen->grabWindow(window->winId()) : QPixmap();
+                const QString file = parser.value(backgroundShot);
+                status = !shot.isNull() && shot.save(file, "PNG") ? 0 : 1;
+                std::fprintf(stderr, "%s %s (status bar: %s)\n", status == 0 ? "Screenshot saved in" : "could not save",
+                             qPrintable(file), qPrintable(window->crawlStatusBar()->progressLabel()->text()));
+                delegate.quit();
+            });
+        });
+        QApplication::exec();
+        return status;
+    }
     if (parser.isSet(sheetShot)) {
         AppDelegate delegate;
         delegate.applicationDidFinishLaunching();
