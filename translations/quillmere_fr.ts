@@ -1857,6 +1857,7 @@ la règle qui l&apos;a décidé (crawl --ignore-robots la demande quand même).
     <message id="AuditExportFailedMessage">
         <source>Could not write %1: %2</source>
         <translation>Impossible d&apos;écrire %1 : %2</translation>
+    </message>
     <message id="DocumentsListTitleAllOne">
         <source>%1 document listed</source>
         <translation>%1 document référencé</translation>
