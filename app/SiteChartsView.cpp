@@ -6,6 +6,7 @@
 #include <QBarCategoryAxis>
 #include <QBarSeries>
 #include <QBarSet>
+#include <QHorizontalBarSeries>
 #include <QChart>
 #include <QChartView>
 #include <QHBoxLayout>
@@ -26,9 +27,10 @@ QChartView* chartView(const QString& name)
     return view;
 }
 
-// One bar per category, the counts as a whole-number axis.
-void draw(QChartView* view, const QString& title, const QStringList& categories, const QList<qint64>& counts,
-          const QColor& colour)
+// One bar per category, the counts as a whole-number axis. Lying bars leave room for long
+// category names.
+void draw(QChartView* view, const QString& title, const QString& axisTitle, const QStringList& categories,
+          const QList<qint64>& counts, const QColor& colour, bool lying = false)
 {
     auto* chart = new QChart;
     chart->setTitle(title);
@@ -41,19 +43,26 @@ void draw(QChartView* view, const QString& title, const QStringList& categories,
         *set << double(count);
         highest = std::max(highest, count);
     }
-    auto* series = new QBarSeries;
+    QAbstractBarSeries* series = lying ? static_cast<QAbstractBarSeries*>(new QHorizontalBarSeries)
+                                       : static_cast<QAbstractBarSeries*>(new QBarSeries);
     series->append(set);
     series->setLabelsVisible(true);
-    series->setLabelsPosition(QAbstractBarSeries::LabelsOutsideEnd);
+    series->setLabelsPosition(QAbstractBarSeries::LabelsInsideEnd);
+    series->setLabelsPrecision(12);
     chart->addSeries(series);
     auto* axisX = new QBarCategoryAxis;
     axisX->append(categories);
-    chart->addAxis(axisX, Qt::AlignBottom);
+    axisX->setTitleText(axisTitle);
+    // Many codes are slanted to stay whole.
+    if (!lying && categories.size() > 4)
+        axisX->setLabelsAngle(-40);
+    chart->addAxis(axisX, lying ? Qt::AlignLeft : Qt::AlignBottom);
     series->attachAxis(axisX);
     auto* axisY = new QValueAxis;
     axisY->setLabelFormat(QStringLiteral("%d"));
-    axisY->setRange(0, double(std::max<qint64>(1, highest + highest / 8 + 1)));
-    chart->addAxis(axisY, Qt::AlignLeft);
+    axisY->setRange(0, double(std::max<qint64>(4, highest)));
+    axisY->applyNiceNumbers();
+    chart->addAxis(axisY, lying ? Qt::AlignBottom : Qt::AlignLeft);
     series->attachAxis(axisY);
     QChart* old = view->chart();
     view->setChart(chart);
@@ -85,7 +94,7 @@ void SiteChartsView::load(const std::shared_ptr<Project>& project)
         categories << depth;
         counts << count;
     }
-    draw(depthChart_, localizedString("ChartsPagesByDepthTitle"), categories, counts, QColor(0x2f, 0x6f, 0xd6));
+    draw(depthChart_, localizedString("ChartsPagesByDepthTitle"), localizedString("ChartsDepthAxis"), categories, counts, QColor(0x2f, 0x6f, 0xd6));
 
     categories.clear();
     counts.clear();
@@ -93,14 +102,20 @@ void SiteChartsView::load(const std::shared_ptr<Project>& project)
         categories << code;
         counts << count;
     }
-    draw(codesChart_, localizedString("ChartsResponseCodesTitle"), categories, counts, QColor(0x3a, 0x9d, 0x23));
+    draw(codesChart_, localizedString("ChartsResponseCodesTitle"), localizedString("ChartsCodeAxis"), categories, counts, QColor(0x3a, 0x9d, 0x23));
 
     categories.clear();
     const QList<qint64>& bounds = SiteStatistics::responseTimeBounds();
-    for (qint64 bound : bounds)
-        categories << localizedString("ChartsTimeUnder").arg(bound);
+    // Ranges in whole milliseconds ("0–99", "100–249"...): the axis reads its labels as rich
+    // text, where a "<" would start a tag.
+    qint64 low = 0;
+    for (qint64 bound : bounds) {
+        categories << localizedString("ChartsTimeRange").arg(low).arg(bound - 1);
+        low = bound;
+    }
     categories << localizedString("ChartsTimeOver").arg(bounds.last());
     QList<qint64> times = statistics.responseTimes();
     times.resize(categories.size());
-    draw(timesChart_, localizedString("ChartsResponseTimesTitle"), categories, times, QColor(0xe0, 0x8a, 0x00));
+    draw(timesChart_, localizedString("ChartsResponseTimesTitle"), localizedString("ChartsTimeAxis"), categories, times, QColor(0xe0, 0x8a, 0x00),
+         true);
 }

@@ -1,12 +1,15 @@
 #include "app/SiteMapView.h"
 
+#include "app/SiteMapNodeItem.h"
 #include "store/Localization.h"
 
 #include <QGraphicsEllipseItem>
 #include <QGraphicsLineItem>
 #include <QGraphicsScene>
 #include <QMouseEvent>
+#include <QLabel>
 #include <QPen>
+#include <QUrl>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -20,19 +23,55 @@ namespace {
 constexpr double kLeafSpacing = 16.0;
 constexpr double kMinimumRing = 90.0;
 
+const QColor kNotFetched(0x9a, 0x9a, 0x9a);
+const QColor kServerError(0xd1, 0x2c, 0x2c);
+const QColor kClientError(0xe0, 0x8a, 0x00);
+const QColor kRedirect(0x2f, 0x6f, 0xd6);
+const QColor kSuccess(0x3a, 0x9d, 0x23);
+const QColor kNoAnswer(0x8e, 0x3b, 0xb5);  // a failed transfer
+
 QColor colourOf(const SiteTree::Node& node)
 {
     if (!node.fetched)
-        return QColor(0x9a, 0x9a, 0x9a);
+        return kNotFetched;
     if (node.status >= 500)
-        return QColor(0xd1, 0x2c, 0x2c);
+        return kServerError;
     if (node.status >= 400)
-        return QColor(0xe0, 0x8a, 0x00);
+        return kClientError;
     if (node.status >= 300)
-        return QColor(0x2f, 0x6f, 0xd6);
+        return kRedirect;
     if (node.status >= 200)
-        return QColor(0x3a, 0x9d, 0x23);
-    return QColor(0x8e, 0x3b, 0xb5);  // no answer: a failed transfer
+        return kSuccess;
+    return kNoAnswer;
+}
+
+QString legendText()
+{
+    const QList<std::pair<QColor, QString>> keys{
+        {kSuccess, QStringLiteral("2xx")},
+        {kRedirect, QStringLiteral("3xx")},
+        {kClientError, QStringLiteral("4xx")},
+        {kServerError, QStringLiteral("5xx")},
+        {kNoAnswer, localizedString("SiteMapLegendNoAnswer")},
+        {kNotFetched, localizedString("SiteMapLegendNotFetched")},
+    };
+    QString html;
+    for (const auto& [colour, text] : keys)
+        html += QStringLiteral("<span style='color:%1'>&#9679;</span>&nbsp;%2&nbsp;&nbsp; ").arg(colour.name(), text.toHtmlEscaped());
+    return html + localizedString("SiteMapLegendSize").toHtmlEscaped();
+}
+
+// The last part of the URL's path, enough to tell pages apart on the map.
+QString labelOf(const SiteTree::Node& node)
+{
+    const QUrl url(node.url);
+    QString path = url.path();
+    if (path.endsWith(QLatin1Char('/')))
+        path.chop(1);
+    const QString name = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+    if (name.isEmpty())
+        return url.host();
+    return url.hasQuery() ? name + QLatin1Char('?') + url.query() : name;
 }
 
 double radiusOf(const SiteTree::Node& node)
@@ -54,11 +93,18 @@ SiteMapView::SiteMapView(QWidget* parent) : QGraphicsView(parent)
     setViewportUpdateMode(QGraphicsView::SmartViewportUpdate);
     setOptimizationFlags(QGraphicsView::DontSavePainterState | QGraphicsView::DontAdjustForAntialiasing);
     setBackgroundBrush(QColor(0xfb, 0xfb, 0xf8));
+    legend_ = new QLabel(legendText(), this);
+    legend_->setObjectName(QStringLiteral("siteMapLegend"));
+    legend_->setTextFormat(Qt::RichText);
+    legend_->setStyleSheet(QStringLiteral("QLabel { background: rgba(255,255,255,210); padding: 2px 6px; }"));
+    legend_->adjustSize();
+    legend_->move(6, 6);
 }
 
 void SiteMapView::load(const std::shared_ptr<Project>& project)
 {
     const qint64 kept = highlighted_;
+    autoFit_ = true;
     scene_->clear();
     nodes_.clear();
     highlight_ = nullptr;
@@ -80,7 +126,9 @@ void SiteMapView::layOut(const SiteTree& tree)
         return;
     QList<double> slot(nodes.size(), 0.0);
     int leaves = 0;
-    qint64 maxDepth = 1;
+    // The start page's depth (0 or 1 as the crawl counts) is the centre.
+    const qint64 centreDepth = nodes.at(tree.roots().first()).depth;
+    qint64 maxDepth = centreDepth + 1;
     // Depth-first, without recursion: a site may be thousands of levels deep.
     QList<std::pair<int, int>> stack;  // node, next child to visit
     for (int root : tree.roots()) {
@@ -101,11 +149,11 @@ void SiteMapView::layOut(const SiteTree& tree)
             }
         }
     }
-    const double ring = std::max(kMinimumRing, kLeafSpacing * leaves / (2.0 * std::numbers::pi * double(maxDepth)));
+    const double ring = std::max(kMinimumRing, kLeafSpacing * leaves / (2.0 * std::numbers::pi * double(maxDepth - centreDepth)));
     QList<QPointF> position(nodes.size());
     for (int i = 0; i < nodes.size(); ++i) {
         const double angle = 2.0 * std::numbers::pi * slot.at(i) / std::max(1, leaves);
-        const double radius = ring * double(std::max<qint64>(0, nodes.at(i).depth));
+        const double radius = ring * double(std::max<qint64>(0, nodes.at(i).depth - centreDepth));
         position[i] = QPointF(radius * std::cos(angle), radius * std::sin(angle));
     }
 
@@ -119,10 +167,9 @@ void SiteMapView::layOut(const SiteTree& tree)
     const QString tip = localizedString("SiteMapNodeToolTip");
     for (int i = 0; i < nodes.size(); ++i) {
         const SiteTree::Node& node = nodes.at(i);
-        const double r = radiusOf(node);
-        auto* item = scene_->addEllipse(QRectF(-r, -r, 2 * r, 2 * r), Qt::NoPen, colourOf(node));
+        auto* item = new SiteMapNodeItem(node.idt, radiusOf(node), colourOf(node), labelOf(node));
+        scene_->addItem(item);
         item->setPos(position.at(i));
-        item->setData(0, node.idt);
         item->setToolTip(tip.arg(node.url, node.fetched ? (node.status > 0 ? QString::number(node.status) : node.failure)
                                                         : QStringLiteral("—"))
                              .arg(node.inLinkCount));
@@ -172,6 +219,7 @@ void SiteMapView::wheelEvent(QWheelEvent* event)
     if ((factor > 1.0 && current > 8.0) || (factor < 1.0 && current < 0.002))
         return;
     scale(factor, factor);
+    autoFit_ = false;
     event->accept();
 }
 
@@ -187,6 +235,8 @@ void SiteMapView::mouseReleaseEvent(QMouseEvent* event)
     QGraphicsView::mouseReleaseEvent(event);
     // A click, not the end of a drag.
     const QPoint at = event->position().toPoint();
+    if ((at - pressPos_).manhattanLength() >= 5)
+        autoFit_ = false;
     if (event->button() == Qt::LeftButton && pressedPage_ >= 0 && (at - pressPos_).manhattanLength() < 5
         && pageAt(at) == pressedPage_)
         Q_EMIT pageClicked(pressedPage_);
@@ -196,7 +246,7 @@ void SiteMapView::mouseReleaseEvent(QMouseEvent* event)
 void SiteMapView::resizeEvent(QResizeEvent* event)
 {
     QGraphicsView::resizeEvent(event);
-    if (fitPending_)
+    if (fitPending_ || autoFit_)
         fitWhole();
 }
 

@@ -11,6 +11,7 @@
 class Project;
 class QGraphicsEllipseItem;
 class QGraphicsScene;
+class QLabel;
 
 // The crawl map: the site's pages as their shortest-path tree, drawn in rings by depth
 // around the start page. A page is coloured by its status and sized by the links it
@@ -31,6 +32,7 @@ public:
     QGraphicsEllipseItem* nodeItem(qint64 idt) const { return nodes_.value(idt, nullptr); }
     qint64 highlightedPage() const { return highlighted_; }
     QGraphicsEllipseItem* highlightItem() const { return highlight_; }
+    QLabel* legend() const { return legend_; }
     // The page drawn at a point of the viewport, -1 when none.
     qint64 pageAt(const QPoint& viewportPoint) const;
 
@@ -48,10 +50,13 @@ private:
     void fitWhole();
 
     QGraphicsScene* scene_;
+    QLabel* legend_;
     QHash<qint64, QGraphicsEllipseItem*> nodes_;
     QGraphicsEllipseItem* highlight_ = nullptr;
     qint64 highlighted_ = -1;
     QPoint pressPos_;
     qint64 pressedPage_ = -1;
     bool fitPending_ = false;
+    // The whole site is kept in view as the pane is resized, until the user zooms or pans.
+    bool autoFit_ = true;
 };

@@ -1808,13 +1808,37 @@ statut %2, liens reçus : %3</translation>
         <source>Response times</source>
         <translation>Temps de réponse</translation>
     </message>
-    <message id="ChartsTimeUnder">
-        <source>&lt; %1 ms</source>
-        <translation>&lt; %1 ms</translation>
+    <message id="ChartsTimeRange">
+        <source>%1–%2</source>
+        <translation>%1–%2</translation>
     </message>
     <message id="ChartsTimeOver">
-        <source>≥ %1 ms</source>
-        <translation>≥ %1 ms</translation>
+        <source>≥ %1</source>
+        <translation>≥ %1</translation>
+    </message>
+    <message id="ChartsDepthAxis">
+        <source>Depth</source>
+        <translation>Profondeur</translation>
+    </message>
+    <message id="ChartsCodeAxis">
+        <source>Status or failure</source>
+        <translation>Statut ou échec</translation>
+    </message>
+    <message id="ChartsTimeAxis">
+        <source>Milliseconds</source>
+        <translation>Millisecondes</translation>
+    </message>
+    <message id="SiteMapLegendNoAnswer">
+        <source>no answer</source>
+        <translation>sans réponse</translation>
+    </message>
+    <message id="SiteMapLegendNotFetched">
+        <source>not fetched</source>
+        <translation>non récupérée</translation>
+    </message>
+    <message id="SiteMapLegendSize">
+        <source>size: links received</source>
+        <translation>taille : liens reçus</translation>
     </message>
 </context>
 </TS>

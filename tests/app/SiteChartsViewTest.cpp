@@ -7,7 +7,7 @@
 #include "store/SiteStatistics.h"
 
 #include <QBarCategoryAxis>
-#include <QBarSeries>
+#include <QAbstractBarSeries>
 #include <QBarSet>
 #include <QChart>
 #include <QChartView>
@@ -32,12 +32,13 @@ Bars barsOf(QChartView* view)
     const auto series = chart->series();
     if (series.size() != 1)
         return bars;
-    auto* bar = qobject_cast<QBarSeries*>(series.first());
+    auto* bar = qobject_cast<QAbstractBarSeries*>(series.first());
     if (!bar || bar->barSets().size() != 1)
         return bars;
     for (int i = 0; i < bar->barSets().first()->count(); ++i)
         bars.values << qint64(bar->barSets().first()->at(i));
-    const auto axes = chart->axes(Qt::Horizontal);
+    // Standing bars name their categories below, lying ones on the left.
+    const auto axes = chart->axes(bar->type() == QAbstractSeries::SeriesTypeHorizontalBar ? Qt::Vertical : Qt::Horizontal);
     if (!axes.isEmpty())
         if (auto* categories = qobject_cast<QBarCategoryAxis*>(axes.first()))
             bars.categories = categories->categories();
@@ -133,7 +134,7 @@ TEST_F(SiteChartsViewTest, ResponseTimes)
 {
     const Bars bars = barsOf(charts->timesChart());
     EXPECT_EQ(bars.title, "Temps de réponse");
-    EXPECT_EQ(bars.categories, QStringList({"< 100 ms", "< 250 ms", "< 500 ms", "< 1000 ms", "< 2000 ms", "≥ 2000 ms"}));
+    EXPECT_EQ(bars.categories, QStringList({"0–99", "100–249", "250–499", "500–999", "1000–1999", "≥ 2000"}));
     EXPECT_EQ(bars.values, SiteStatistics::read(s->project).responseTimes());
     // The same classes counted from each page's fetch.
     QList<qint64> expected(6, 0);
