@@ -59,6 +59,9 @@ PagePanel::PagePanel(QWidget* parent) : QWidget(parent)
     outgoingTable_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     outgoingTable_->setSelectionBehavior(QAbstractItemView::SelectRows);
     outgoingTable_->verticalHeader()->hide();
+    outgoingTable_->setWordWrap(false);
+    outgoingTable_->verticalHeader()->setDefaultSectionSize(outgoingTable_->fontMetrics().height() + 6);
+    outgoingTable_->horizontalHeader()->resizeSection(0, 180);
     outgoingTable_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
 
     auto* form = new QFormLayout;

@@ -1,5 +1,6 @@
 #include "app/SiteMapView.h"
 
+#include "app/SiteMapEdgesItem.h"
 #include "app/SiteMapNodeItem.h"
 #include "store/Localization.h"
 
@@ -8,6 +9,7 @@
 #include <QGraphicsScene>
 #include <QMouseEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QPen>
 #include <QUrl>
 #include <QWheelEvent>
@@ -22,6 +24,9 @@ namespace {
 
 constexpr double kLeafSpacing = 16.0;
 constexpr double kMinimumRing = 90.0;
+// From this many pages the whole map is shown as one picture, of at most this many pixels a side.
+constexpr int kOverviewPages = 1500;
+constexpr int kOverviewSide = 2560;
 
 const QColor kNotFetched(0x9a, 0x9a, 0x9a);
 const QColor kServerError(0xd1, 0x2c, 0x2c);
@@ -107,11 +112,16 @@ void SiteMapView::load(const std::shared_ptr<Project>& project)
     autoFit_ = true;
     scene_->clear();
     nodes_.clear();
+    edges_ = nullptr;
+    overview_ = QImage();
+    drawState_.overviewScale = 0.0;
     highlight_ = nullptr;
     highlighted_ = -1;
     if (project)
         layOut(SiteTree::read(project));
     scene_->setSceneRect(scene_->itemsBoundingRect().adjusted(-40, -40, 40, 40));
+    if (nodes_.size() >= kOverviewPages)
+        makeOverview();
     fitWhole();
     if (kept >= 0 && nodes_.contains(kept))
         highlightPage(kept);
@@ -157,23 +167,57 @@ void SiteMapView::layOut(const SiteTree& tree)
         position[i] = QPointF(radius * std::cos(angle), radius * std::sin(angle));
     }
 
-    QPen edgePen(QColor(0xb8, 0xb8, 0xb8));
-    edgePen.setCosmetic(true);
+    QList<QLineF> lines;
     for (int i = 0; i < nodes.size(); ++i)
-        for (int child : nodes.at(i).children) {
-            auto* edge = scene_->addLine(QLineF(position.at(i), position.at(child)), edgePen);
-            edge->setZValue(-1);
-        }
+        for (int child : nodes.at(i).children)
+            lines.append(QLineF(position.at(i), position.at(child)));
+    edges_ = new SiteMapEdgesItem(lines, &drawState_);
+    scene_->addItem(edges_);
     const QString tip = localizedString("SiteMapNodeToolTip");
     for (int i = 0; i < nodes.size(); ++i) {
         const SiteTree::Node& node = nodes.at(i);
-        auto* item = new SiteMapNodeItem(node.idt, radiusOf(node), colourOf(node), labelOf(node));
+        auto* item = new SiteMapNodeItem(node.idt, radiusOf(node), colourOf(node), labelOf(node), &drawState_);
         scene_->addItem(item);
         item->setPos(position.at(i));
         item->setToolTip(tip.arg(node.url, node.fetched ? (node.status > 0 ? QString::number(node.status) : node.failure)
                                                         : QStringLiteral("—"))
                              .arg(node.inLinkCount));
         nodes_.insert(node.idt, item);
+    }
+}
+
+int SiteMapView::edgeCount() const
+{
+    return edges_ ? edges_->edgeCount() : 0;
+}
+
+// The whole map drawn once into a picture, shown while the view is zoomed out far enough for
+// its pixels to be no larger than the screen's.
+void SiteMapView::makeOverview()
+{
+    const QRectF area = scene_->sceneRect();
+    if (area.isEmpty())
+        return;
+    const double scale = kOverviewSide / std::max(area.width(), area.height());
+    QImage picture(QSize(int(area.width() * scale), int(area.height() * scale)), QImage::Format_RGB32);
+    picture.fill(backgroundBrush().color());
+    {
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing, true);
+        drawState_.renderingOverview = true;
+        scene_->render(&painter, QRectF(picture.rect()), area, Qt::IgnoreAspectRatio);
+        drawState_.renderingOverview = false;
+    }
+    overview_ = picture;
+    drawState_.overviewScale = scale;
+}
+
+void SiteMapView::drawBackground(QPainter* painter, const QRectF& rect)
+{
+    QGraphicsView::drawBackground(painter, rect);
+    if (overviewShown()) {
+        painter->setRenderHint(QPainter::SmoothPixmapTransform, true);
+        painter->drawImage(scene_->sceneRect(), overview_);
     }
 }
 

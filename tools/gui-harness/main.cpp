@@ -5,14 +5,15 @@
 //   quillmere-gui-harness [--data-dir DIR] --screenshot-new-project FILE
 //   quillmere-gui-harness [--data-dir DIR] --screenshot-map FILE
 //   quillmere-gui-harness [--data-dir DIR] --screenshot-charts FILE
+//   quillmere-gui-harness [--data-dir DIR] --screenshot-page FILE
 // --screenshot FILE serves the built-in demo site, presses the start button, waits for the
 // crawl and the vacuum that follows it to end (two minutes at most), selects the page that
 // receives the most links so that the links list has rows, lets the preview finish loading,
 // then saves a PNG of the main window as the screen shows it and quits. Status 0 when the file
 // is written, 1 with a message otherwise. The picture comes from the screen, not from the
 // widgets, so that it shows the preview: it needs a display, xvfb-run's will do.
-// --screenshot-map FILE and --screenshot-charts FILE do the same with the crawl map's or the
-// charts' tab shown in a pane made taller for them.
+// --screenshot-map FILE, --screenshot-charts FILE and --screenshot-page FILE do the same with
+// the crawl map's, the charts' or the page panel's tab shown in a pane made taller for them.
 // --screenshot-new-project FILE opens the new-project sheet, fills it in with the web rules
 // chosen and saves a PNG of the sheet as its widgets draw it.
 // --bench-crawl NAME opens the project NAME, crawls it from scratch from the start button
@@ -107,6 +108,9 @@ int main(int argc, char** argv)
                                QStringLiteral("as --screenshot, with the crawl map shown"), QStringLiteral("FILE"));
     QCommandLineOption chartsShot(QStringLiteral("screenshot-charts"),
                                   QStringLiteral("as --screenshot, with the charts shown"), QStringLiteral("FILE"));
+    QCommandLineOption pageShot(QStringLiteral("screenshot-page"),
+                                QStringLiteral("as --screenshot, with the page panel shown"), QStringLiteral("FILE"));
+    parser.addOption(pageShot);
     parser.addOption(mapShot);
     parser.addOption(chartsShot);
     parser.addOption(sheetShot);
@@ -141,6 +145,9 @@ int main(int argc, char** argv)
     } else if (parser.isSet(chartsShot)) {
         shotTab = PreviewTabs::ChartsTab;
         shotFile = parser.value(chartsShot);
+    } else if (parser.isSet(pageShot)) {
+        shotTab = PreviewTabs::PageTab;
+        shotFile = parser.value(pageShot);
     }
     const bool picture = !shotFile.isEmpty();
     if (picture == parser.isSet(benchCrawl)) {
