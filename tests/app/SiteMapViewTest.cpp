@@ -15,6 +15,10 @@
 #include <QTabBar>
 #include <QWheelEvent>
 
+#include <sqlite3.h>
+
+#include <algorithm>
+
 using namespace apptest;
 
 namespace {
@@ -170,6 +174,74 @@ TEST_F(SiteMapViewTest, AnotherCrawlDrawsTheMapAgain)
     ASSERT_TRUE(s->app.crawlThroughStartButton(20000));
     EXPECT_EQ(map->nodeCount(), 8);
     EXPECT_TRUE(map->nodeItem(idtOf(U("/c.html"))));
+}
+
+} // namespace
+
+namespace {
+
+// A site of 2,000 pages written straight into a crawl database: a tree of ten children a page,
+// each page after the first also linked from a deeper page before its parent's link.
+ProjectPtr writeLargeSite(LaunchedApp& app, int pages)
+{
+    ProjectPtr project = app.createAndShowProject("large", "http://127.0.0.1:9");
+    sqlite3* db = project->sqlite3Database();
+    if (!db)
+        return nullptr;
+    sqlite3_exec(db, "begin", nullptr, nullptr, nullptr);
+    QList<int> depth(pages + 1, 0);
+    for (int i = 1; i <= pages; ++i) {
+        depth[i] = i == 1 ? 0 : depth.at((i - 2) / 10 + 1) + 1;
+        const QString sql = QStringLiteral("insert into Page(path,page,title,url,is_no_index,is_no_follow,is_canonical,"
+                                           "in_link_count,out_link_count,depth,weight) values('/','p%1.html','P%1',"
+                                           "'http://127.0.0.1:9/p%1.html',0,0,0,%2,10,%3,0)")
+                                .arg(i)
+                                .arg(i == 1 ? 0 : 2)
+                                .arg(depth.at(i));
+        sqlite3_exec(db, sql.toUtf8().constData(), nullptr, nullptr, nullptr);
+    }
+    for (int i = 2; i <= pages; ++i) {
+        const int parent = (i - 2) / 10 + 1;
+        // A deeper page's link comes first: it must not make the tree.
+        const int deeper = std::min(pages, i + 7);
+        if (depth.at(deeper) >= depth.at(i))
+            sqlite3_exec(db, QStringLiteral("insert into Links values(%1,%2,'x',0)").arg(i).arg(deeper).toUtf8().constData(),
+                         nullptr, nullptr, nullptr);
+        sqlite3_exec(db, QStringLiteral("insert into Links values(%1,%2,'p',1)").arg(i).arg(parent).toUtf8().constData(),
+                     nullptr, nullptr, nullptr);
+    }
+    sqlite3_exec(db, "commit", nullptr, nullptr, nullptr);
+    app.controller()->populateCurrentProject(project);
+    return project;
+}
+
+TEST(LargeSiteMapTest, ShownWholeAsOnePictureAndAsItemsOnceZoomedIn)
+{
+    LaunchedApp app;
+    app.window()->resize(1200, 1000);
+    app.window()->show();
+    const ProjectPtr project = writeLargeSite(app, 2000);
+    ASSERT_TRUE(project);
+    PreviewTabs* tabs = app.controller()->previewTabs();
+    tabs->setCurrentIndex(PreviewTabs::MapTab);
+    SiteMapView* map = tabs->siteMap();
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(map->nodeCount(), 2000);
+    EXPECT_EQ(map->edgeCount(), 1999);
+    const SiteTree tree = SiteTree::read(project);
+    for (const auto& node : tree.nodes())
+        if (node.idt > 1)
+            ASSERT_EQ(node.parentIdt, (node.idt - 2) / 10 + 1) << node.idt;
+    // Whole, it is one picture; zoomed in, the pages themselves.
+    EXPECT_FALSE(map->overview().isNull());
+    EXPECT_TRUE(map->overviewShown());
+    const QPointF at(map->viewport()->width() / 2.0, map->viewport()->height() / 2.0);
+    QWheelEvent in(at, map->viewport()->mapToGlobal(at), QPoint(), QPoint(0, 960), Qt::NoButton, Qt::NoModifier,
+                   Qt::NoScrollPhase, false);
+    for (int i = 0; i < 3 && map->overviewShown(); ++i)
+        QApplication::sendEvent(map->viewport(), &in);
+    EXPECT_FALSE(map->overviewShown());
 }
 
 } // namespace
