@@ -9,6 +9,7 @@
 #include "app/NewProjectWindowController.h"
 #include "app/OpenProjectWindowController.h"
 #include "app/PagesFilterWindowController.h"
+#include "app/PreviewTabs.h"
 #include "app/ProgressView.h"
 #include "app/ProgressWindowController.h"
 #include "app/ProjectRefusalAlert.h"
@@ -32,6 +33,7 @@
 #include "store/StringTable.h"
 
 #include <QEventLoop>
+#include <QTableView>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWebEngineView>
@@ -52,16 +54,18 @@ MainViewController::MainViewController(QWidget* parent) : QWidget(parent)
     webView_ = new QWebEngineView;
     webView_->setObjectName(QStringLiteral("webView"));
     webPage_ = new WebPreviewPage(webView_);
+    previewTabs_ = new PreviewTabs(webView_);
+    connect(previewTabs_, &PreviewTabs::pageChosen, this, &MainViewController::selectPageInDocumentsList);
 
     splitView_ = new SplitView;
     splitView_->setObjectName(QStringLiteral("splitView"));
     splitView_->addWidget(progressView_);
     splitView_->addWidget(auditTabs_);
     splitView_->addWidget(linksView_);
-    splitView_->addWidget(webView_);
+    splitView_->addWidget(previewTabs_);
     // The first and last panes keep the outer dividers 100 from either end.
     progressView_->setMinimumHeight(100);
-    webView_->setMinimumHeight(100);
+    previewTabs_->setMinimumHeight(100);
     documentsView_->setMinimumHeight(90);
     linksView_->setMinimumHeight(90);
     splitView_->setStretchFactor(0, 0);
@@ -134,6 +138,7 @@ void MainViewController::populateCurrentProject(const std::shared_ptr<Project>& 
     progressView_->setCurrentProject(project);
     documentsView_->setCurrentProject(project);
     linksView_->setCurrentProject(project);
+    previewTabs_->setCurrentProject(project);
     documentsView_->refreshTableViewWithFilter(PageFilter::All);
     linksView_->refreshTableView();
     auditTabs_->setCurrentProject(project);
@@ -147,6 +152,7 @@ void MainViewController::closeCurrentProject()
     documentsView_->closeCurrentProject();
     linksView_->closeCurrentProject();
     auditTabs_->closeCurrentProject();
+    previewTabs_->setCurrentProject(nullptr);
 }
 
 void MainViewController::applyFilter(qint32 filter)
@@ -293,6 +299,7 @@ void MainViewController::projectWasDeleted(const std::shared_ptr<Project>& proje
     progressView_->setCurrentProject(nullptr);
     documentsView_->setCurrentProject(nullptr);
     linksView_->setCurrentProject(nullptr);
+    previewTabs_->setCurrentProject(nullptr);
 }
 
 void MainViewController::cancelCrawlerForProject(const std::shared_ptr<Project>&)
@@ -322,6 +329,22 @@ void MainViewController::startVacuumForProject(const std::shared_ptr<Project>& p
 void MainViewController::selectPage(const QuillmerePagePtr& page)
 {
     linksView_->selectPage(page);
+    previewTabs_->selectPage(page);
+}
+
+void MainViewController::selectPageInDocumentsList(qint64 idt)
+{
+    const QList<QuillmerePagePtr>& pages = documentsView_->arrayOfPages();
+    for (int row = 0; row < pages.size(); ++row) {
+        if (pages.at(row)->idt() != idt)
+            continue;
+        QTableView* table = documentsView_->documentsTableView();
+        table->selectRow(row);
+        table->scrollTo(table->model()->index(row, 0));
+        return;
+    }
+    if (const QuillmerePagePtr page = QuillmerePage::getPageFromIdentifier(idt, documentsView_->currentProject()))
+        selectPage(page);
 }
 
 void MainViewController::windowWillClose()
@@ -450,6 +473,7 @@ void MainViewController::vacuumCleanerDidEnd()
     progressView_->crawlerDidEnd();
     documentsView_->refreshTableViewWithFilter(PageFilter::All);
     auditTabs_->refresh();
+    previewTabs_->projectChanged();
     if (progressWindowController_)
         progressWindowController_->hideProgressWindow();
     Q_EMIT crawlFinished();

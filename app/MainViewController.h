@@ -18,6 +18,7 @@ class DocumentsView;
 class DownloaderOperationLibXML;
 class LinksView;
 class OperationQueue;
+class PreviewTabs;
 class ProgressView;
 class Project;
 class ProjectLock;
@@ -48,6 +49,8 @@ public:
     AuditTabWidget* auditTabs() const { return auditTabs_; }
     QWebEngineView* webView() const { return webView_; }
     WebPreviewPage* webPage() const { return webPage_; }
+    // The preview's pane: the described preview first, then the page panel and the pictures.
+    PreviewTabs* previewTabs() const { return previewTabs_; }
     SplitView* splitView() const { return splitView_; }
     NewProjectWindowController* projectWindowController() const { return projectWindowController_; }
     OpenProjectWindowController* openProjectWindowController() const { return openProjectWindowController_; }
@@ -74,6 +77,9 @@ public:
     void stopIndexer() override;
     void startVacuumForProject(const std::shared_ptr<Project>& project);
     void selectPage(const QuillmerePagePtr& page);
+    // Selects the page's row in the documents list (a click on the crawl map); a page the
+    // filter hides is shown in the page panel and the map only.
+    void selectPageInDocumentsList(qint64 idt);
     bool windowShouldClose() const { return true; }
     void windowWillClose();
 
@@ -123,6 +129,7 @@ private:
     AuditTabWidget* auditTabs_;
     QWebEngineView* webView_;
     WebPreviewPage* webPage_;
+    PreviewTabs* previewTabs_;
     SplitView* splitView_;
     QPointer<NewProjectWindowController> projectWindowController_;
     QPointer<OpenProjectWindowController> openProjectWindowController_;

@@ -3,7 +3,7 @@
 # Idempotent: when every package is already present it only checks and returns.
 #   scripts/install-deps.sh            core, command line, tests (with the PostgreSQL manual, a real
 #                                      HTML tree a test crawls), demo
-#   scripts/install-deps.sh --gui      also the desktop program's packages: Qt Widgets and WebEngine,
+#   scripts/install-deps.sh --gui      also the desktop program's packages: Qt Widgets, WebEngine and Charts,
 #                                      Qt's own French texts, a virtual X server for headless
 #                                      screenshots, and a font
 #   scripts/install-deps.sh --bench    also the benchmark's peers (nginx, wget, linkchecker) and a
@@ -21,7 +21,7 @@ packages=(
 )
 for arg in "$@"; do
   case "$arg" in
-    --gui) packages+=(qt6-tools-dev qt6-webengine-dev libgl-dev qt6-translations-l10n
+    --gui) packages+=(qt6-tools-dev qt6-webengine-dev qt6-charts-dev libgl-dev qt6-translations-l10n
                       xvfb xauth fonts-dejavu-core) ;;
     --bench) packages+=(nginx wget linkchecker valgrind time python3 curl
                      python3-doc sqlite3-doc) ;;

@@ -1944,5 +1944,127 @@ Robot d&apos;analyse de sites et vérificateur de liens.</translation>
         <source>Quillmere Help</source>
         <translation>Aide de Quillmere</translation>
     </message>
+    <message id="PreviewTabPreview">
+        <source>Preview</source>
+        <translation>Aperçu</translation>
+    </message>
+    <message id="PreviewTabPage">
+        <source>Page</source>
+        <translation>Page</translation>
+    </message>
+    <message id="PreviewTabSafePreview">
+        <source>Preview without scripts</source>
+        <translation>Aperçu sans script</translation>
+    </message>
+    <message id="PreviewTabMap">
+        <source>Site map</source>
+        <translation>Carte du site</translation>
+    </message>
+    <message id="PreviewTabCharts">
+        <source>Charts</source>
+        <translation>Graphiques</translation>
+    </message>
+    <message id="PagePanelNoPage">
+        <source>No page selected</source>
+        <translation>Aucune page sélectionnée</translation>
+    </message>
+    <message id="PagePanelURL">
+        <source>Page</source>
+        <translation>Page</translation>
+    </message>
+    <message id="PagePanelStatus">
+        <source>Status</source>
+        <translation>Statut</translation>
+    </message>
+    <message id="PagePanelResponseTime">
+        <source>Response time</source>
+        <translation>Temps de réponse</translation>
+    </message>
+    <message id="PagePanelResponseTimeValue">
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message id="PagePanelRedirects">
+        <source>Redirects</source>
+        <translation>Redirections</translation>
+    </message>
+    <message id="PagePanelNoRedirect">
+        <source>none</source>
+        <translation>aucune</translation>
+    </message>
+    <message id="PagePanelNotFetched">
+        <source>not fetched</source>
+        <translation>non récupérée</translation>
+    </message>
+    <message id="PagePanelOutgoingTitle">
+        <source>Pages this page links to</source>
+        <translation>Pages vers lesquelles cette page fait un lien</translation>
+    </message>
+    <message id="PagePanelColumnAnchor">
+        <source>Anchor</source>
+        <translation>Ancre</translation>
+    </message>
+    <message id="PagePanelColumnTarget">
+        <source>Linked page</source>
+        <translation>Page liée</translation>
+    </message>
+    <message id="PagePanelColumnStatus">
+        <source>Status</source>
+        <translation>Statut</translation>
+    </message>
+    <message id="SiteMapNodeToolTip">
+        <source>%1
+status %2, links received: %3</source>
+        <translation>%1
+statut %2, liens reçus : %3</translation>
+    </message>
+    <message id="ChartsPagesSeries">
+        <source>Pages</source>
+        <translation>Pages</translation>
+    </message>
+    <message id="ChartsPagesByDepthTitle">
+        <source>Pages by depth</source>
+        <translation>Pages par profondeur</translation>
+    </message>
+    <message id="ChartsResponseCodesTitle">
+        <source>Response codes</source>
+        <translation>Codes de réponse</translation>
+    </message>
+    <message id="ChartsResponseTimesTitle">
+        <source>Response times</source>
+        <translation>Temps de réponse</translation>
+    </message>
+    <message id="ChartsTimeRange">
+        <source>%1–%2</source>
+        <translation>%1–%2</translation>
+    </message>
+    <message id="ChartsTimeOver">
+        <source>≥ %1</source>
+        <translation>≥ %1</translation>
+    </message>
+    <message id="ChartsDepthAxis">
+        <source>Depth</source>
+        <translation>Profondeur</translation>
+    </message>
+    <message id="ChartsCodeAxis">
+        <source>Status or failure</source>
+        <translation>Statut ou échec</translation>
+    </message>
+    <message id="ChartsTimeAxis">
+        <source>Milliseconds</source>
+        <translation>Millisecondes</translation>
+    </message>
+    <message id="SiteMapLegendNoAnswer">
+        <source>no answer</source>
+        <translation>sans réponse</translation>
+    </message>
+    <message id="SiteMapLegendNotFetched">
+        <source>not fetched</source>
+        <translation>non récupérée</translation>
+    </message>
+    <message id="SiteMapLegendSize">
+        <source>size: links received</source>
+        <translation>taille : liens reçus</translation>
+    </message>
 </context>
 </TS>

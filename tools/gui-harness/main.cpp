@@ -5,12 +5,17 @@
 //   quillmere-gui-harness [--data-dir DIR] --screenshot-new-project FILE
 //   quillmere-gui-harness [--data-dir DIR] --screenshot-tabs DIR
 //   quillmere-gui-harness [--data-dir DIR] --screenshot-background FILE --project NAME
+//   quillmere-gui-harness [--data-dir DIR] --screenshot-map FILE
+//   quillmere-gui-harness [--data-dir DIR] --screenshot-charts FILE
+//   quillmere-gui-harness [--data-dir DIR] --screenshot-page FILE
 // --screenshot FILE serves the built-in demo site, presses the start button, waits for the
 // crawl and the vacuum that follows it to end (two minutes at most), selects the page that
 // receives the most links so that the links list has rows, lets the preview finish loading,
 // then saves a PNG of the main window as the screen shows it and quits. Status 0 when the file
 // is written, 1 with a message otherwise. The picture comes from the screen, not from the
 // widgets, so that it shows the preview: it needs a display, xvfb-run's will do.
+// --screenshot-map FILE, --screenshot-charts FILE and --screenshot-page FILE do the same with
+// the crawl map's, the charts' or the page panel's tab shown in a pane made taller for them.
 // --screenshot-new-project FILE opens the new-project sheet, fills it in with the web rules
 // chosen and saves a PNG of the sheet as its widgets draw it.
 // --screenshot-tabs DIR crawls the demo site as --screenshot does, then saves one PNG of the
@@ -38,6 +43,8 @@
 #include "app/NewProjectWindowController.h"
 #include "app/ProgressView.h"
 #include "app/ProgressWindowController.h"
+#include "app/PreviewTabs.h"
+#include "app/SplitView.h"
 #include "app/WebPreviewPage.h"
 #include "crawler/CrawlStartDecision.h"
 #include "demo/DemoServer.h"
@@ -65,9 +72,16 @@ namespace {
 
 // Once the demo crawl is over: select the most linked page, let the preview load, grab the
 // window. Calls `end` with the status.
-void takeScreenshot(AppDelegate& delegate, const bool& previewLoaded, const QString& file, std::function<void(int)> end)
+void takeScreenshot(AppDelegate& delegate, const bool& previewLoaded, const QString& file, int tab,
+                    std::function<void(int)> end)
 {
-    DocumentsView* documents = delegate.mainViewController()->documentsView();
+    MainViewController* controller = delegate.mainViewController();
+    if (tab > 0) {
+        // The picture's tab in a pane as tall as the lists above it.
+        controller->previewTabs()->setCurrentIndex(tab);
+        controller->splitView()->setSizes({110, 220, 120, 600});
+    }
+    DocumentsView* documents = controller->documentsView();
     const int row = ScriptedCrawl::rowWithMostIncomingLinks(documents);
     if (row >= 0) {
         documents->documentsTableView()->selectRow(row);
@@ -113,6 +127,15 @@ int main(int argc, char** argv)
     QCommandLineOption projectName(QStringLiteral("project"), QStringLiteral("the project to crawl"), QStringLiteral("NAME"));
     parser.addOption(backgroundShot);
     parser.addOption(projectName);
+    QCommandLineOption mapShot(QStringLiteral("screenshot-map"),
+                               QStringLiteral("as --screenshot, with the crawl map shown"), QStringLiteral("FILE"));
+    QCommandLineOption chartsShot(QStringLiteral("screenshot-charts"),
+                                  QStringLiteral("as --screenshot, with the charts shown"), QStringLiteral("FILE"));
+    QCommandLineOption pageShot(QStringLiteral("screenshot-page"),
+                                QStringLiteral("as --screenshot, with the page panel shown"), QStringLiteral("FILE"));
+    parser.addOption(pageShot);
+    parser.addOption(mapShot);
+    parser.addOption(chartsShot);
     parser.addOption(sheetShot);
     QCommandLineOption tabsShot(QStringLiteral("screenshot-tabs"),
                                 QStringLiteral("crawl the demo site, save one PNG per tab of the audit in DIR and quit"),
@@ -176,9 +199,23 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "%s %s\n", saved ? "Sheet saved in" : "could not save", qPrintable(parser.value(sheetShot)));
         return saved ? 0 : 1;
     }
-    const bool pictures = parser.isSet(screenshot) || parser.isSet(tabsShot);
+    // Which tab of the preview's pane a picture shows, and where it goes.
+    int shotTab = PreviewTabs::PreviewTab;
+    QString shotFile = parser.value(screenshot);
+    if (parser.isSet(mapShot)) {
+        shotTab = PreviewTabs::MapTab;
+        shotFile = parser.value(mapShot);
+    } else if (parser.isSet(chartsShot)) {
+        shotTab = PreviewTabs::ChartsTab;
+        shotFile = parser.value(chartsShot);
+    } else if (parser.isSet(pageShot)) {
+        shotTab = PreviewTabs::PageTab;
+        shotFile = parser.value(pageShot);
+    }
+    const bool picture = !shotFile.isEmpty();
+    const bool pictures = picture || parser.isSet(tabsShot);
     if (pictures == parser.isSet(benchCrawl)) {
-        std::fprintf(stderr, "quillmere-gui-harness: give one of --screenshot FILE and --bench-crawl NAME\n");
+        std::fprintf(stderr, "quillmere-gui-harness: give one of --screenshot FILE (or --screenshot-map, --screenshot-charts) and --bench-crawl NAME\n");
         return 2;
     }
 
@@ -220,15 +257,15 @@ int main(int argc, char** argv)
             }
             TabScreenshots::take(delegate, dir, endScriptedRun);
         });
-    } else if (parser.isSet(screenshot)) {
-        const QString file = parser.value(screenshot);
-        scripted = std::make_unique<ScriptedCrawl>(delegate, 120000, [&, file](bool ended) {
+    } else if (picture) {
+        const QString file = shotFile;
+        scripted = std::make_unique<ScriptedCrawl>(delegate, 120000, [&, file, shotTab](bool ended) {
             if (!ended) {
                 std::fprintf(stderr, "quillmere-gui-harness: the demo crawl did not end within 120 s\n");
                 endScriptedRun(1);
                 return;
             }
-            takeScreenshot(delegate, previewLoaded, file, endScriptedRun);
+            takeScreenshot(delegate, previewLoaded, file, shotTab, endScriptedRun);
         });
     } else {
         scripted = std::make_unique<ScriptedCrawl>(delegate, std::numeric_limits<qint64>::max(), [&](bool) {
