@@ -166,7 +166,8 @@ void DocumentsView::awakeFromNib()
 
 void DocumentsView::refreshTableViewWithFilter(qint32 filter)
 {
-    const QList<QuillmerePagePtr> pages = currentProject_ ? PageFilter::pages(filter, currentProject_) : QList<QuillmerePagePtr>();
+    const auto reader = reads_.readerFor(currentProject_);
+    const QList<QuillmerePagePtr> pages = reader ? PageFilter::pages(filter, reader) : QList<QuillmerePagePtr>();
     model_->setPages(pages);
     setTitle(PageFilter::title(filter, quint64(pages.size())));
     // The rows stay in the store's order: a sort chosen before is not applied again.
@@ -178,6 +179,7 @@ void DocumentsView::refreshTableViewWithFilter(qint32 filter)
 
 void DocumentsView::closeCurrentProject()
 {
+    reads_.close();
     model_->setPages({});
     selectedRow_ = -1;
 }

@@ -2,6 +2,8 @@
 
 #include "store/QuillmerePage.h"
 
+#include "app/ListReadConnection.h"
+
 #include <QAbstractTableModel>
 #include <QGroupBox>
 #include <QList>
@@ -42,7 +44,12 @@ public:
     explicit DocumentsView(QWidget* parent = nullptr);
 
     void setMainViewController(MainViewController* controller) { mainViewController_ = controller; }
-    void setCurrentProject(const std::shared_ptr<Project>& project) { currentProject_ = project; }
+    void setCurrentProject(const std::shared_ptr<Project>& project)
+    {
+        if (project != currentProject_)
+            reads_.close();
+        currentProject_ = project;
+    }
     std::shared_ptr<Project> currentProject() const { return currentProject_; }
 
     void refreshTableViewWithFilter(qint32 filter);
@@ -67,6 +74,8 @@ private:
 
     MainViewController* mainViewController_ = nullptr;
     std::shared_ptr<Project> currentProject_;
+    // The list is read through a connection of its own, beside a running crawl.
+    ListReadConnection reads_;
     DocumentsTableModel* model_;
     QTableView* documentsTableView_;
     QMenu* menuAction_;
