@@ -217,7 +217,8 @@ void DocumentsView::awakeFromNib()
 
 void DocumentsView::refreshTableViewWithFilter(qint32 filter)
 {
-    const QList<QuillmerePagePtr> pages = currentProject_ ? PageFilter::pages(filter, currentProject_) : QList<QuillmerePagePtr>();
+    const auto reader = reads_.readerFor(currentProject_);
+    const QList<QuillmerePagePtr> pages = reader ? PageFilter::pages(filter, reader) : QList<QuillmerePagePtr>();
     if (!model_->optionalColumns().isEmpty())
         loadFetches();
     model_->setPages(pages);
@@ -231,6 +232,7 @@ void DocumentsView::refreshTableViewWithFilter(qint32 filter)
 
 void DocumentsView::closeCurrentProject()
 {
+    reads_.close();
     model_->setPages({});
     selectedRow_ = -1;
 }
@@ -272,8 +274,9 @@ void DocumentsView::openURLAction()
 void DocumentsView::loadFetches()
 {
     QHash<QString, FetchLogPtr> fetches;
-    if (currentProject_)
-        PageListing::forEachPage(PageFilter::All, QString(), false, currentProject_, [&](const PageListing::Row& row) {
+    // Through the list's own connection: a crawl may be writing meanwhile.
+    if (const auto reader = reads_.readerFor(currentProject_))
+        PageListing::forEachPage(PageFilter::All, QString(), false, reader, [&](const PageListing::Row& row) {
             if (row.fetch)
                 fetches.insert(row.page->url(), row.fetch);
         });

@@ -3,6 +3,8 @@
 #include "store/FetchLog.h"
 #include "store/QuillmerePage.h"
 
+#include "app/ListReadConnection.h"
+
 #include <QAbstractTableModel>
 #include <QGroupBox>
 #include <QHash>
@@ -56,7 +58,12 @@ public:
     explicit DocumentsView(QWidget* parent = nullptr);
 
     void setMainViewController(MainViewController* controller) { mainViewController_ = controller; }
-    void setCurrentProject(const std::shared_ptr<Project>& project) { currentProject_ = project; }
+    void setCurrentProject(const std::shared_ptr<Project>& project)
+    {
+        if (project != currentProject_)
+            reads_.close();
+        currentProject_ = project;
+    }
     std::shared_ptr<Project> currentProject() const { return currentProject_; }
 
     void refreshTableViewWithFilter(qint32 filter);
@@ -87,6 +94,8 @@ private:
 
     MainViewController* mainViewController_ = nullptr;
     std::shared_ptr<Project> currentProject_;
+    // The list is read through a connection of its own, beside a running crawl.
+    ListReadConnection reads_;
     DocumentsTableModel* model_;
     QTableView* documentsTableView_;
     QMenu* menuAction_;

@@ -161,8 +161,9 @@ LinksView::LinksView(QWidget* parent) : QGroupBox(parent)
 
 void LinksView::selectPage(const std::shared_ptr<QuillmerePage>& page)
 {
+    const auto reader = page ? reads_.readerFor(currentProject_) : nullptr;
     const QList<QuillmereLinkPagePtr> links =
-        page && currentProject_ ? QuillmereLinkPage::getSourcesLinksFromPage(page, currentProject_) : QList<QuillmereLinkPagePtr>();
+        reader ? QuillmereLinkPage::getSourcesLinksFromPage(page, reader) : QList<QuillmereLinkPagePtr>();
     model_->setLinks(links);
     linksTableView_->horizontalHeader()->blockSignals(true);
     linksTableView_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
@@ -179,6 +180,7 @@ void LinksView::refreshTableView()
 
 void LinksView::closeCurrentProject()
 {
+    reads_.close();
     refreshTableView();
 }
 

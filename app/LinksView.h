@@ -2,6 +2,8 @@
 
 #include "store/QuillmereLinkPage.h"
 
+#include "app/ListReadConnection.h"
+
 #include <QAbstractTableModel>
 #include <QGroupBox>
 #include <QList>
@@ -42,7 +44,12 @@ public:
     explicit LinksView(QWidget* parent = nullptr);
 
     void setMainViewController(MainViewController* controller) { mainViewController_ = controller; }
-    void setCurrentProject(const std::shared_ptr<Project>& project) { currentProject_ = project; }
+    void setCurrentProject(const std::shared_ptr<Project>& project)
+    {
+        if (project != currentProject_)
+            reads_.close();
+        currentProject_ = project;
+    }
     std::shared_ptr<Project> currentProject() const { return currentProject_; }
 
     void selectPage(const std::shared_ptr<QuillmerePage>& page);
@@ -64,6 +71,8 @@ public:
 private:
     MainViewController* mainViewController_ = nullptr;
     std::shared_ptr<Project> currentProject_;
+    // The list is read through a connection of its own, beside a running crawl.
+    ListReadConnection reads_;
     LinksTableModel* model_;
     QTableView* linksTableView_;
     QMenu* menuAction_;

@@ -3,6 +3,7 @@
 #include "app/Alert.h"
 #include "app/AppDelegate.h"
 #include "app/AuditTabWidget.h"
+#include "app/CrawlProgressPublisher.h"
 #include "app/DocumentsView.h"
 #include "app/LinksView.h"
 #include "app/MainWindow.h"
@@ -80,6 +81,24 @@ MainViewController::MainViewController(QWidget* parent) : QWidget(parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->addWidget(splitView_);
+    progressPublisher_ = new CrawlProgressPublisher(
+        [this](const CrawlProgressPublisher::State& state) {
+            if (state.hasPage) {
+                progressView_->updatePageCount(state.pageCount);
+                progressView_->downloadPageInProgressWithURL(state.url, state.depth);
+            }
+            if (!progressWindowController_)
+                return;
+            if (state.hasPage) {
+                progressWindowController_->updatePageCount(state.pageCount);
+                progressWindowController_->downloadPageInProgressWithURL(state.url, state.depth);
+            }
+            if (state.hasLinks)
+                progressWindowController_->updateProgressIndicatorWithValue(state.linkValue, state.linkMax);
+            if (state.hasQueue)
+                progressWindowController_->updateQueueWaiting(state.waiting, state.done);
+        },
+        this);
     awakeFromNib();
 }
 
@@ -172,6 +191,9 @@ void MainViewController::displayProgressView()
 void MainViewController::queueCrawler()
 {
     setProject(currentProject_);
+    // The per-page calls come on the crawler's thread: the project's counters are written
+    // on this one only.
+    keeper().setKeepsCountersApart(true);
     // The queue holds the controller only while it runs; the window outlives every
     // operation (see stopAndWaitForOperations).
     std::shared_ptr<DownloaderDelegate> delegate(std::shared_ptr<void>(), static_cast<DownloaderDelegate*>(this));
@@ -392,16 +414,13 @@ void MainViewController::downloaderDidStart()
     progressView_->updateStartDate(currentProject_->crawler_start_date());
 }
 
+// The per-page calls below run on the crawler's thread: they touch no widget and no
+// registry value, only the keeper and the publisher.
 void MainViewController::downloadPageDidStartWithURL(const QString& url, qint32 depth)
 {
     DebugTrace("  downloadPageDidStartWithURL:(%s) andDepth:(%d)", qPrintable(url), depth);
     keeper().pageDidStart(url, depth);
-    progressView_->updatePageCount(pageCount());
-    progressView_->downloadPageInProgressWithURL(url, depth);
-    if (progressWindowController_) {
-        progressWindowController_->updatePageCount(pageCount());
-        progressWindowController_->downloadPageInProgressWithURL(url, depth);
-    }
+    progressPublisher_->page(pageCount(), url, depth);
 }
 
 void MainViewController::downloadPageDidEndWithURL(const QString& url, qint32 depth)
@@ -411,20 +430,17 @@ void MainViewController::downloadPageDidEndWithURL(const QString& url, qint32 de
 
 void MainViewController::initLinkProgressWithMaxValue(qint32 linkCountMax)
 {
-    if (progressWindowController_)
-        progressWindowController_->startProgressIndicatorWithMaxValue(linkCountMax);
+    progressPublisher_->links(0, linkCountMax);
 }
 
 void MainViewController::setLinkProgressWithValue(qint32 value, qint32 maxValue)
 {
-    if (progressWindowController_)
-        progressWindowController_->updateProgressIndicatorWithValue(value, maxValue);
+    progressPublisher_->links(value, maxValue);
 }
 
 void MainViewController::setWaitingQueueCount(qint32 waitingCount, qint32 doneCount)
 {
-    if (progressWindowController_)
-        progressWindowController_->updateQueueWaiting(waitingCount, doneCount);
+    progressPublisher_->queue(waitingCount, doneCount);
 }
 
 void MainViewController::downloaderEndWithError(const QString& error)
@@ -439,11 +455,14 @@ void MainViewController::downloaderEndWithError(const QString& error)
 void MainViewController::downloaderDidEnd()
 {
     DebugTrace("downloaderDidEnd");
+    // The last progress the crawler published is shown before the end steps write theirs.
+    progressPublisher_->flush();
     qint64 waiting = 0;
     qint64 done = 0;
     // Weights, stop date, final counters, the queue's counts and the registry saved.
     keeper().crawlDidEnd(&waiting, &done);
-    setWaitingQueueCount(qint32(waiting), qint32(done));
+    if (progressWindowController_)
+        progressWindowController_->updateQueueWaiting(qint32(waiting), qint32(done));
     progressView_->updateStopDate(currentProject_->crawler_stop_date());
     progressView_->crawlerDidEnd();
     documentsView_->refreshTableViewWithFilter(PageFilter::All);

@@ -14,6 +14,7 @@
 #include <memory>
 
 class AuditTabWidget;
+class CrawlProgressPublisher;
 class DocumentsView;
 class DownloaderOperationLibXML;
 class LinksView;
@@ -30,8 +31,10 @@ class WebPreviewPage;
 
 // The controller of the main window: its four panes (progress panel, documents list, links
 // list, preview), its sheets, the one-at-a-time queue on which crawls and vacuums run, and
-// the project of the last crawl or vacuum started. Every callback of a running crawl lands
-// here on the main thread and becomes records and screen updates.
+// the project of the last crawl or vacuum started. A running crawl's start, end, error and
+// commit calls land here on the main thread; its per-page calls are taken on the crawler's
+// thread, as the command line takes them, and what they show reaches the window through a
+// publisher that never makes the crawler wait.
 class MainViewController : public QWidget,
                            public RecordKeepingDelegate,
                            public VacuumCleanerDelegate,
@@ -94,6 +97,9 @@ public:
     double splitViewConstrainMaxCoordinate(QSplitter* splitView, double proposed, int dividerIndex) const;
 
     // DownloaderDelegate (the record keeping comes from RecordKeepingDelegate)
+    bool takesCallsOnCrawlerThread() const override { return true; }
+    bool takesCommitsOnCrawlerThread() const override { return false; }
+    CrawlProgressPublisher* progressPublisher() const { return progressPublisher_; }
     void downloaderDidStart() override;
     void downloaderDidEnd() override;
     void downloaderEndWithError(const QString& error) override;
@@ -142,4 +148,5 @@ private:
     // Held from the start of a crawl to the end of the vacuum that follows it.
     std::unique_ptr<ProjectLock> projectLock_;
     bool lockRefusedAsGone_ = false;
+    CrawlProgressPublisher* progressPublisher_ = nullptr;
 };

@@ -227,7 +227,9 @@ void ProgressView::setCounterText(QLabel* field, const QString& text)
 void ProgressView::updatePageCount(qint32 count)
 {
     setCounterText(textFieldPageAnalysees_, QString::number(count));
-    if (internalCurrentProject_)
+    // While a crawl keeps its counters apart, the project reads them and its registry values
+    // are the crawl's to write.
+    if (internalCurrentProject_ && !internalCurrentProject_->liveCounters())
         internalCurrentProject_->setPages_count(count);
 }
 
@@ -235,6 +237,6 @@ void ProgressView::downloadPageInProgressWithURL(const QString&, qint32 depth)
 {
     setCounterText(textFieldDepth_, QString::number(depth));
     // The depth of the page in hand; the true maximum is written when the crawl ends.
-    if (internalCurrentProject_)
+    if (internalCurrentProject_ && !internalCurrentProject_->liveCounters())
         internalCurrentProject_->setMax_depth(depth);
 }

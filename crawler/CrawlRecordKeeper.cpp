@@ -1,6 +1,7 @@
 #include "crawler/CrawlRecordKeeper.h"
 
 #include "store/ApplicationDelegate.h"
+#include "store/CrawlCounters.h"
 #include "store/DataModelManager.h"
 #include "base/DebugTrace.h"
 #include "store/Project.h"
@@ -14,6 +15,13 @@
 #include <sqlite3.h>
 
 CrawlRecordKeeper::CrawlRecordKeeper(std::shared_ptr<Project> project) : project_(std::move(project)) {}
+
+CrawlRecordKeeper::~CrawlRecordKeeper()
+{
+    // A crawl that never reached its end steps leaves the project reading its own values.
+    if (project_ && counters_ && project_->liveCounters() == counters_)
+        project_->setLiveCounters(nullptr);
+}
 
 namespace {
 // The running page count is also kept in the crawl database's header, written inside the
@@ -108,6 +116,31 @@ void CrawlRecordKeeper::crawlDidStart()
     maxDepth_ = project_->max_depth();
     pagesThisRun_ = 0;
     sinceLastSave_.invalidate();
+    if (keepsCountersApart_) {
+        counters_ = std::make_shared<CrawlCounters>();
+        counters_->pagesCount.store(pageCount());
+        counters_->depthInHand.store(maxDepth());
+        project_->setLiveCounters(counters_);
+    }
+}
+
+void CrawlRecordKeeper::publishCounters(qint32 depthInHand)
+{
+    if (counters_) {
+        counters_->pagesCount.store(pageCount(), std::memory_order_relaxed);
+        counters_->depthInHand.store(depthInHand, std::memory_order_relaxed);
+        return;
+    }
+    project_->setPages_count(pageCount());
+    project_->setMax_depth(depthInHand);
+}
+
+void CrawlRecordKeeper::writeCountersToProject()
+{
+    if (!counters_)
+        return;
+    project_->setPages_count(counters_->pagesCount.load());
+    project_->setMax_depth(counters_->depthInHand.load());
 }
 
 void CrawlRecordKeeper::crawlDidCommit()
@@ -116,6 +149,7 @@ void CrawlRecordKeeper::crawlDidCommit()
     // registry never counts pages that a crash could still take back.
     if (!sinceLastSave_.isValid() || sinceLastSave_.elapsed() >= 1000) {
         sinceLastSave_.start();
+        writeCountersToProject();
         // No rollback on failure: the counters in memory are what the limits read, and the
         // next save (a second later, or at the end) tries again.
         ApplicationDelegate* delegate = ApplicationDelegate::sharedAppDelegate();
@@ -126,15 +160,14 @@ void CrawlRecordKeeper::crawlDidCommit()
 
 void CrawlRecordKeeper::pageDidStart(const QString&, qint32 depth)
 {
-    maxDepthBeforePage_ = maxDepth_;
+    maxDepthBeforePage_ = maxDepth();
     pageCount_ += 1;
     pagesThisRun_ += 1;
-    if (maxDepth_ < depth)
+    if (maxDepth() < depth)
         maxDepth_ = depth;
-    project_->setPages_count(pageCount_);
-    writeCommittedCount(project_, pageCount_);
     // The depth of the page in hand, not the deepest one: the true maximum is written at the end.
-    project_->setMax_depth(depth);
+    publishCounters(depth);
+    writeCommittedCount(project_, pageCount());
 }
 
 void CrawlRecordKeeper::pageWasAbandoned()
@@ -142,23 +175,29 @@ void CrawlRecordKeeper::pageWasAbandoned()
     pageCount_ -= 1;
     pagesThisRun_ -= 1;
     maxDepth_ = maxDepthBeforePage_;
-    project_->setPages_count(pageCount_);
-    writeCommittedCount(project_, pageCount_);
+    if (counters_)
+        counters_->pagesCount.store(pageCount(), std::memory_order_relaxed);
+    else
+        project_->setPages_count(pageCount());
+    writeCommittedCount(project_, pageCount());
 }
 
 void CrawlRecordKeeper::crawlDidEnd(qint64* waitingCount, qint64* doneCount)
 {
+    if (counters_ && project_->liveCounters() == counters_)
+        project_->setLiveCounters(nullptr);
+    counters_.reset();
     QuillmerePage::performWeightForProject(project_);
     project_->setCrawler_stop_date(QDateTime::currentDateTime());
-    project_->setPages_count(pageCount_);
-    project_->setMax_depth(maxDepth_);
+    project_->setPages_count(pageCount());
+    project_->setMax_depth(maxDepth());
     const qint64 waiting = QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project_);
     const qint64 done = QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project_);
     if (waitingCount)
         *waitingCount = waiting;
     if (doneCount)
         *doneCount = done;
-    DebugTrace("downloaderDidEnd::max_depth %d", maxDepth_);
+    DebugTrace("downloaderDidEnd::max_depth %d", maxDepth());
     if (ApplicationDelegate* delegate = ApplicationDelegate::sharedAppDelegate())
         delegate->saveContext();
 }

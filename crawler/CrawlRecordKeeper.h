@@ -5,8 +5,10 @@
 #include <QElapsedTimer>
 #include <QString>
 
+#include <atomic>
 #include <memory>
 
+struct CrawlCounters;
 class Project;
 
 // The record-keeping that a crawl's delegate owes it, written once for every front end:
@@ -14,15 +16,25 @@ class Project;
 // the steps at the end of a crawl. The start and end steps are called on the main thread,
 // the per-page calls there too or, for a front end that shows no window, on the crawler's
 // thread. Nothing here locks: calls must not overlap.
+//
+// With a window beside the crawl (setKeepsCountersApart), the per-page calls never write to
+// the project: the running count and depth go to counters of the keeper's own, which the
+// project reads while the crawl runs (see CrawlCounters), and the registry's values are
+// written from them at each commit and at the end, on the main thread while the crawler
+// waits. The counters below may be read from any thread.
 class CrawlRecordKeeper {
 public:
     explicit CrawlRecordKeeper(std::shared_ptr<Project> project);
+    ~CrawlRecordKeeper();
+
+    // Before crawlDidStart.
+    void setKeepsCountersApart(bool apart) { keepsCountersApart_ = apart; }
 
     std::shared_ptr<Project> project() const { return project_; }
-    qint32 pageCount() const { return pageCount_; }
-    qint32 maxDepth() const { return maxDepth_; }
+    qint32 pageCount() const { return pageCount_.load(std::memory_order_relaxed); }
+    qint32 maxDepth() const { return maxDepth_.load(std::memory_order_relaxed); }
     // Pages started since crawlDidStart (pageCount also counts those of earlier runs).
-    qint32 pagesStartedThisRun() const { return pagesThisRun_; }
+    qint32 pagesStartedThisRun() const { return pagesThisRun_.load(std::memory_order_relaxed); }
 
     // The page count as far as the pages committed to the crawl database.
     static qint32 committedPageCount(const std::shared_ptr<Project>& project);
@@ -61,10 +73,17 @@ public:
     QuillmerePagePtr getPageFromURL(const QString& url);
 
 private:
+    // Writes the running count and the depth in hand where the limits read them.
+    void publishCounters(qint32 depthInHand);
+    // The counters kept apart, written to the registry's values (main thread).
+    void writeCountersToProject();
+
     std::shared_ptr<Project> project_;
-    qint32 pageCount_ = 0;
-    qint32 maxDepth_ = 0;
-    qint32 pagesThisRun_ = 0;
+    std::atomic<qint32> pageCount_{0};
+    std::atomic<qint32> maxDepth_{0};
+    std::atomic<qint32> pagesThisRun_{0};
     qint32 maxDepthBeforePage_ = 0;
     QElapsedTimer sinceLastSave_;
+    bool keepsCountersApart_ = false;
+    std::shared_ptr<CrawlCounters> counters_;
 };

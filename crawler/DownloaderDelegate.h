@@ -6,9 +6,10 @@
 
 // What a crawl reports, and the page and link records it asks for. Every call arrives on
 // the main thread while the crawler's thread waits; an implementation must never wait for
-// the crawler. A delegate that shows no window may instead take the per-page calls on the
-// crawler's own thread (takesCallsOnCrawlerThread); the start and end calls still come on
-// the main thread. The record-keeping calls must keep the crawl database consistent: see
+// the crawler. A delegate may instead take the per-page calls on the crawler's own thread
+// (takesCallsOnCrawlerThread): the command line does, and the window does, handing what it
+// shows to its own thread without waiting; the start and end calls still come on the main
+// thread. The record-keeping calls must keep the crawl database consistent: see
 // CrawlRecordKeeper, which does exactly what they owe.
 class DownloaderDelegate {
 public:
@@ -43,4 +44,8 @@ public:
     // True when nothing else needs the main thread while the crawl runs (no window): the
     // hand-over to it per call is then saved.
     virtual bool takesCallsOnCrawlerThread() const { return false; }
+    // Where crawlDidCommit is taken: with the per-page calls unless said otherwise. A window
+    // that takes the per-page calls on the crawler's thread takes this one on the main
+    // thread, while the crawler waits, to write the registry there.
+    virtual bool takesCommitsOnCrawlerThread() const { return takesCallsOnCrawlerThread(); }
 };

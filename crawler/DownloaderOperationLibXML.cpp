@@ -105,6 +105,7 @@ DownloaderOperationLibXML::DownloaderOperationLibXML(std::shared_ptr<Project> pr
     syncWebCall_->setCanContinueFlag(&canContinue_);
     syncWebCall_->setRequestPacer(pacer_.get());
     relay_ = DelegateRelay(downloaderDelegate_ && downloaderDelegate_->takesCallsOnCrawlerThread());
+    commitRelay_ = DelegateRelay(downloaderDelegate_ && downloaderDelegate_->takesCommitsOnCrawlerThread());
     if (project_)
         projectOrigin_ = SynchronizedWebCall::URLFromString(project_->url()).value_or(QUrl());
 }
@@ -696,7 +697,7 @@ void DownloaderOperationLibXML::downloadPageWasAbandonedWithURL(const QString& u
 
 void DownloaderOperationLibXML::crawlDidCommit()
 {
-    relay_([this] { mainThreadCrawlDidCommit(); });
+    commitRelay_([this] { mainThreadCrawlDidCommit(); });
 }
 
 void DownloaderOperationLibXML::mainThreadCrawlDidCommit()

@@ -185,6 +185,7 @@ private:
     // Runs the delegate's per-page calls: on the main thread, or on this thread for a
     // delegate that shows no window. The start and end calls always go to the main thread.
     DelegateRelay relay_;
+    DelegateRelay commitRelay_;
     int parallelFetches_ = kDefaultParallelFetches;
     std::unique_ptr<RequestPacer> pacer_;
     std::unique_ptr<FetchAhead> fetchAhead_;

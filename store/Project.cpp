@@ -2,6 +2,7 @@
 
 #include "store/ApplicationDelegate.h"
 #include "store/BufferedFileLogger.h"
+#include "store/CrawlCounters.h"
 #include "store/DataModelManager.h"
 #include "store/DateFormatter.h"
 #include "base/DebugTrace.h"
@@ -183,9 +184,15 @@ qint32 Project::limit_depth() const { return intAttribute("limit_depth"); }
 void Project::setLimit_depth(qint32 v) { setValueForKey(QStringLiteral("limit_depth"), qlonglong(v)); }
 qint32 Project::limit_page_count() const { return intAttribute("limit_page_count"); }
 void Project::setLimit_page_count(qint32 v) { setValueForKey(QStringLiteral("limit_page_count"), qlonglong(v)); }
-qint32 Project::max_depth() const { return intAttribute("max_depth"); }
+qint32 Project::max_depth() const
+{
+    return liveCounters_ ? liveCounters_->depthInHand.load(std::memory_order_relaxed) : intAttribute("max_depth");
+}
 void Project::setMax_depth(qint32 v) { setValueForKey(QStringLiteral("max_depth"), qlonglong(v)); }
-qint32 Project::pages_count() const { return intAttribute("pages_count"); }
+qint32 Project::pages_count() const
+{
+    return liveCounters_ ? liveCounters_->pagesCount.load(std::memory_order_relaxed) : intAttribute("pages_count");
+}
 void Project::setPages_count(qint32 v) { setValueForKey(QStringLiteral("pages_count"), qlonglong(v)); }
 QString Project::sqlite_name() const { return valueForKey(QStringLiteral("sqlite_name")).toString(); }
 void Project::setSqlite_name(const QString& v)

@@ -13,6 +13,7 @@ struct sqlite3;
 class SQLite3Wrapper;
 class BufferedFileLogger;
 class RobotEntry;
+struct CrawlCounters;
 
 class Project;
 using ProjectPtr = std::shared_ptr<Project>;
@@ -72,6 +73,12 @@ public:
     std::shared_ptr<BufferedFileLogger> fileErrorLogHandle() const { return fileErrorLogHandle_; }
     void setFileErrorLogHandle(std::shared_ptr<BufferedFileLogger> logger) { fileErrorLogHandle_ = std::move(logger); }
 
+    // A crawl's counters that pages_count and max_depth read instead of the registry's
+    // values while set (null: the registry's). Set and cleared on the main thread while the
+    // crawler waits.
+    void setLiveCounters(std::shared_ptr<const CrawlCounters> counters) { liveCounters_ = std::move(counters); }
+    const std::shared_ptr<const CrawlCounters>& liveCounters() const { return liveCounters_; }
+
     // Derived.
     bool isLimitDepthExpected() const;
     bool isLimitPageCountExpected() const;
@@ -105,4 +112,5 @@ private:
     std::shared_ptr<SQLite3Wrapper> database_;
     std::shared_ptr<BufferedFileLogger> fileLogHandle_;
     std::shared_ptr<BufferedFileLogger> fileErrorLogHandle_;
+    std::shared_ptr<const CrawlCounters> liveCounters_;
 };
