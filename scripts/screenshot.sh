@@ -3,6 +3,7 @@
 # picture of its main window without a display: under a virtual X server, the program serves
 # the demo site, crawls it, selects the page that receives the most links and saves the window.
 #   scripts/screenshot.sh [OUT.png]          default docs/main-window.png
+# Then the crawl map, the charts and the page panel, each after a crawl of its own, beside it.
 # With QUILLMERE_TABS_DIR=DIR set, it also saves one picture per tab of the audit's tab bar
 # in DIR (tab-N-NAME.png), from a crawl of its own.
 set -euo pipefail
@@ -36,3 +37,22 @@ if [ -n "${QUILLMERE_TABS_DIR:-}" ]; then
   fi
   echo "Tabs saved in $QUILLMERE_TABS_DIR"
 fi
+# The crawl map, the charts and the page panel beside the main window's picture, in its
+# folder: crawl-map.png (the README's), charts.png, page-panel.png.
+for picture in map charts page; do
+  case "$picture" in
+    map) file="$(dirname "$out")/crawl-map.png" ;;
+    charts) file="$(dirname "$out")/charts.png" ;;
+    page) file="$(dirname "$out")/page-panel.png" ;;
+  esac
+  rm -rf "$data/$picture" && mkdir -p "$data/$picture"
+  if ! QT_LOGGING_RULES="${QT_LOGGING_RULES:-qt.webenginecontext*=false}" \
+      xvfb-run -a -s "-screen 0 1280x960x24" \
+      "$root/build/release/tools/gui-harness/quillmere-gui-harness" --data-dir "$data/$picture" \
+      "--screenshot-$picture" "$file" >"$data/log" 2>&1; then
+    cat "$data/log" >&2
+    echo "screenshot.sh: no picture of the $picture taken" >&2
+    exit 1
+  fi
+  echo "The $picture saved in $file"
+done
