@@ -377,7 +377,7 @@
     </message>
     <message id="PageFilterCheckCanonical">
         <source>Pages with a canonical link</source>
-        <translation>Pages avec un lien canonical</translation>
+        <translation>Pages avec un lien canonique</translation>
     </message>
     <message id="PageFilterButtonValider">
         <source>Apply</source>
@@ -401,7 +401,7 @@
     </message>
     <message id="DocumentsListTitle404Other">
         <source>%1 documents in 404 not of type HTML listed</source>
-        <translation>%1 documents en 404 pas de type HTML référencés</translation>
+        <translation>%1 documents en 404 non HTML référencés</translation>
     </message>
     <message id="DocumentsListTitleNoIndex">
         <source>%1 noindex documents listed</source>
@@ -409,7 +409,7 @@
     </message>
     <message id="DocumentsListTitleCanonical">
         <source>%1 canonical documents listed</source>
-        <translation>%1 documents canonical référencés</translation>
+        <translation>%1 documents canonisés référencés</translation>
     </message>
     <message id="LinksListTitle">
         <source>%1 links to the selected document</source>
@@ -601,7 +601,7 @@ Sans -o, un site de plus de 50 000 de ces pages est refusé (code de sortie 2).
     </message>
     <message id="CliFilterCanonical">
         <source>canonical:</source>
-        <translation>canonical :</translation>
+        <translation>canonisées :</translation>
     </message>
     <message id="CliTopTitle">
         <source>Top %1 pages by weight:</source>
@@ -1872,7 +1872,7 @@ la règle qui l&apos;a décidé (crawl --ignore-robots la demande quand même).
     </message>
     <message id="DocumentsListTitle404OtherOne">
         <source>%1 document in 404 not of type HTML listed</source>
-        <translation>%1 document en 404 pas de type HTML référencé</translation>
+        <translation>%1 document en 404 non HTML référencé</translation>
     </message>
     <message id="DocumentsListTitleNoIndexOne">
         <source>%1 noindex document listed</source>
@@ -1880,7 +1880,7 @@ la règle qui l&apos;a décidé (crawl --ignore-robots la demande quand même).
     </message>
     <message id="DocumentsListTitleCanonicalOne">
         <source>%1 canonical document listed</source>
-        <translation>%1 document canonical référencé</translation>
+        <translation>%1 document canonisé référencé</translation>
     </message>
     <message id="LinksListTitleOne">
         <source>%1 link to the selected document</source>

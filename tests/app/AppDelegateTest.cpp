@@ -357,9 +357,9 @@ TEST(AppDelegate, FilterActionsSetTheFilterAndTheListTitle)
     const Step steps[] = {
         {&AppDelegate::doFilter404All, 1, "0 document en 404 tous types référencé"},
         {&AppDelegate::doFilter404OnlyHTML, 2, "0 document en 404 de type HTML référencé"},
-        {&AppDelegate::doFilter404NotHTML, 3, "0 document en 404 pas de type HTML référencé"},
+        {&AppDelegate::doFilter404NotHTML, 3, "0 document en 404 non HTML référencé"},
         {&AppDelegate::doFilterNoIndex, 4, "0 document en noindex référencé"},
-        {&AppDelegate::doFilterCanonical, 5, "0 document canonical référencé"},
+        {&AppDelegate::doFilterCanonical, 5, "0 document canonisé référencé"},
         {&AppDelegate::doFilterNone, 0, "0 document référencé"},
     };
     for (const Step& step : steps) {
@@ -390,9 +390,9 @@ TEST(AppDelegate, FiltersCountTheCrawledPages)
     const std::pair<void (AppDelegate::*)(), const char*> steps[] = {
         {&AppDelegate::doFilter404All, "2 documents en 404 tous types référencés"},
         {&AppDelegate::doFilter404OnlyHTML, "1 document en 404 de type HTML référencé"},
-        {&AppDelegate::doFilter404NotHTML, "1 document en 404 pas de type HTML référencé"},
+        {&AppDelegate::doFilter404NotHTML, "1 document en 404 non HTML référencé"},
         {&AppDelegate::doFilterNoIndex, "1 document en noindex référencé"},
-        {&AppDelegate::doFilterCanonical, "1 document canonical référencé"},
+        {&AppDelegate::doFilterCanonical, "1 document canonisé référencé"},
     };
     for (const auto& [action, title] : steps) {
         (app.app()->*action)();

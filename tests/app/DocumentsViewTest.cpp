@@ -103,9 +103,9 @@ TEST_F(DocumentsViewTest, TitleAndRowsForEachFilterCode)
     const QList<Case> cases = {
         {1, "2 documents en 404 tous types référencés", {U("/missing.html"), U("/missing.png")}},
         {2, "1 document en 404 de type HTML référencé", {U("/missing.html")}},
-        {3, "1 document en 404 pas de type HTML référencé", {U("/missing.png")}},
+        {3, "1 document en 404 non HTML référencé", {U("/missing.png")}},
         {4, "1 document en noindex référencé", {U("/hidden.html")}},
-        {5, "1 document canonical référencé", {U("/canon.html")}},
+        {5, "1 document canonisé référencé", {U("/canon.html")}},
         {0, "5 documents référencés", all},
     };
     for (const Case& c : cases) {

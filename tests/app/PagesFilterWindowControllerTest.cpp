@@ -119,7 +119,7 @@ TEST(PagesFilterSheet, CaptionsAreFrench)
     EXPECT_EQ(s->radio404OnlyHTML()->text(), "HTML uniquement");
     EXPECT_EQ(s->radio404NotHTML()->text(), "Autres que HTML");
     EXPECT_EQ(s->checkNoIndex()->text(), "Pages en noindex");
-    EXPECT_EQ(s->checkCanonical()->text(), "Pages avec un lien canonical");
+    EXPECT_EQ(s->checkCanonical()->text(), "Pages avec un lien canonique");
     EXPECT_EQ(s->buttonLocValider()->text(), "Valider");
     EXPECT_EQ(s->buttonLocAnnuler()->text(), "Annuler");
     QStringList boxTitles;
@@ -352,5 +352,5 @@ TEST(PagesFilterSheet, ValidateAppliesTheFilterToTheList)
     sheet->checkCanonical()->click();
     sheet->buttonLocValider()->click();
     EXPECT_EQ(app.app()->currentFilter(), 5);
-    EXPECT_EQ(app.documentsView()->title(), "0 document canonical référencé");
+    EXPECT_EQ(app.documentsView()->title(), "0 document canonisé référencé");
 }
