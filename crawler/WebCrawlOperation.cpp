@@ -492,8 +492,10 @@ void WebCrawlOperation::recordLink(qint64 sourcePage, const WebLinkFound& link, 
     if (!idt)
         return;
     const QString fragment = WebUrl::isFetchable(link.url) ? WebUrl::fragmentOf(link.url) : QString();
+    // The link's own nature, not its target's kind as known now: a target named first by a
+    // tag that loads may turn out a page, and the links to it are then links between pages.
     WebStore::insertLink(project(), sourcePage, idt, link.tag, link.attribute, link.text, fragment,
-                         link.navigational && kind == QLatin1String(WebStore::kPage));
+                         link.navigational);
 }
 
 qint64 WebCrawlOperation::targetFor(const QUrl& url, bool navigational, qint32 depth, QString* kind)

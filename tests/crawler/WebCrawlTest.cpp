@@ -161,4 +161,21 @@ TEST_F(WebCrawl, ExcludedAndIncludedURLsAreNotAskedFor)
               (std::vector<std::vector<std::string>>{{"excluded"}}));
 }
 
+TEST_F(WebCrawl, LinksToAPageNamedFirstByALinkElementCountAsLinksBetweenPages)
+{
+    // The head's <link rel=next> names b.html before the body's anchors do: b.html is taken
+    // for a resource until it answers HTML, and the anchors to it still count.
+    site.page("/", std::string("Home"), anchor("/b.html", "B") + anchor("/a.html", "A"),
+              "<link rel='next' href='/b.html'>");
+    site.page("/a.html", std::string("A"), anchor("/b.html", "B"));
+    site.page("/b.html", std::string("B"), anchor("/", "Home"));
+    makeWebProject();
+    webCrawl();
+    const auto c = counts();
+    EXPECT_EQ(c.at("~/b.html"), std::make_pair(2, 1));
+    EXPECT_EQ(c.at("~/"), std::make_pair(1, 2));
+    EXPECT_EQ(db->rows("select kind from WebTarget where url like '%/b.html'"),
+              (std::vector<std::vector<std::string>>{{"page"}}));
+}
+
 } // namespace
