@@ -5,9 +5,9 @@
 #include <QTableView>
 
 ColumnMinimumWidth::ColumnMinimumWidth(QTableView* table, int column, int minimumWidth)
-    : QObject(table), table_(table), column_(column), minimumWidth_(minimumWidth)
+    : QObject(table), table_(table), viewport_(table->viewport()), column_(column), minimumWidth_(minimumWidth)
 {
-    table->viewport()->installEventFilter(this);
+    viewport_->installEventFilter(this);
     connect(table->horizontalHeader(), &QHeaderView::sectionResized, this, [this](int logical) {
         if (logical != column_)
             apply();
@@ -21,7 +21,9 @@ void ColumnMinimumWidth::keep(QTableView* table, int column, int minimumWidth)
 
 bool ColumnMinimumWidth::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == table_->viewport() && event->type() == QEvent::Resize)
+    // The viewport kept at the start: while the list is destroyed its viewport still sends
+    // events, and the list is no longer a scroll area to ask for it.
+    if (watched == viewport_ && event->type() == QEvent::Resize)
         apply();
     return QObject::eventFilter(watched, event);
 }

@@ -21,6 +21,7 @@ private:
     void apply();
 
     QTableView* table_;
+    QObject* viewport_;
     int column_;
     int minimumWidth_;
     bool applying_ = false;
