@@ -5,6 +5,8 @@
 #include "store/Project.h"
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/QuillmerePage.h"
+#include "store/LinkRules.h"
+#include "store/WebStore.h"
 
 namespace CrawlStartDecision {
 
@@ -14,7 +16,11 @@ Situation situationForProject(const std::shared_ptr<Project>& project, qint64* w
         *waitingCount = 0;
     if (QuillmerePage::countPagesForProject(project) < 1)
         return Situation::Fresh;
-    const qint64 waiting = QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project);
+    qint64 waiting = QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project);
+    // A web crawl stopped with links still to check has work left too: a check may even turn
+    // up pages of the site to crawl.
+    if (LinkRulesStore::of(project) == LinkRules::Web)
+        waiting += WebStore::countPendingChecks(project);
     if (waitingCount)
         *waitingCount = waiting;
     return waiting < 1 ? Situation::Finished : Situation::Interrupted;

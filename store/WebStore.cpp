@@ -195,6 +195,22 @@ bool WebStore::insertLink(const ProjectPtr& project, qint64 sourcePage, qint64 t
                  });
 }
 
+qint64 WebStore::countPendingChecks(const ProjectPtr& project)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, "select count(*) from WebTarget where verdict = 'pending' and kind in ('resource','external')",
+                 &stmt)) {
+        DebugTrace("countPendingChecks Error::%s", sqlite3_errmsg(db));
+        return 0;
+    }
+    qint64 count = 0;
+    if (step(stmt, project) == SQLITE_ROW)
+        count = sqlite3_column_int64(stmt, 0);
+    finish(stmt);
+    return count;
+}
+
 QList<WebStore::PendingCheck> WebStore::pendingChecks(const ProjectPtr& project, qint64 afterIdt, int limit)
 {
     QList<PendingCheck> checks;

@@ -68,6 +68,8 @@ public:
         QString url;
         QString kind;
     };
+    // How many resources and external URLs are still to check.
+    static qint64 countPendingChecks(const std::shared_ptr<Project>& project);
     // Resources and external URLs still to check, after `afterIdt`, in the order found.
     static QList<PendingCheck> pendingChecks(const std::shared_ptr<Project>& project, qint64 afterIdt, int limit);
 

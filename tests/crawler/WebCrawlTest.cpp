@@ -3,9 +3,11 @@
 #include "CrawlTestSupport.h"
 
 #include "crawler/CrawlOperationFactory.h"
+#include "crawler/CrawlStartDecision.h"
 #include "crawler/WebCrawlOperation.h"
 #include "store/LinkRules.h"
 #include "store/WebAudit.h"
+#include "store/WebStore.h"
 
 using namespace crawltest;
 
@@ -176,6 +178,29 @@ TEST_F(WebCrawl, LinksToAPageNamedFirstByALinkElementCountAsLinksBetweenPages)
     EXPECT_EQ(c.at("~/"), std::make_pair(1, 2));
     EXPECT_EQ(db->rows("select kind from WebTarget where url like '%/b.html'"),
               (std::vector<std::vector<std::string>>{{"page"}}));
+}
+
+TEST_F(WebCrawl, LinksStillToCheckMakeAStoppedCrawlOneToContinue)
+{
+    buildSite();
+    makeWebProject();
+    webCrawl();
+    EXPECT_EQ(CrawlStartDecision::situationForProject(project), CrawlStartDecision::Situation::Finished);
+    // As a crawl killed with a check in flight leaves it: the queue is empty, a link is not
+    // checked yet.
+    site.raw("/late.png", "PNG", "image/png");
+    ASSERT_GT(WebStore::insertTarget(project, site.U("/late.png"), QStringLiteral("resource"), QStringLiteral("http"),
+                                     QStringLiteral("pending")),
+              0);
+    qint64 waiting = 0;
+    EXPECT_EQ(CrawlStartDecision::situationForProject(project, &waiting), CrawlStartDecision::Situation::Interrupted);
+    EXPECT_EQ(waiting, 1);
+    newDelegate();
+    webCrawl();
+    EXPECT_EQ(site.hits("/late.png"), 1);
+    EXPECT_EQ(db->rows("select verdict from WebTarget where url like '%/late.png'"),
+              (std::vector<std::vector<std::string>>{{"ok"}}));
+    EXPECT_EQ(CrawlStartDecision::situationForProject(project), CrawlStartDecision::Situation::Finished);
 }
 
 } // namespace
