@@ -111,7 +111,15 @@ WebPageScan WebLinkExtractor::scan(const QByteArray& html, const QUrl& pageUrl, 
     }
     // Pages repeat their references (menus, footers): each distinct one is resolved once.
     QHash<QString, QUrl> resolved;
+    // Texts that are missing are empty, not null: they are stored as such.
+    const QString empty = QStringLiteral("");
+    if (result.title.isNull())
+        result.title = empty;
     for (WebLinkFound& link : result.links) {
+        if (link.text.isNull())
+            link.text = empty;
+        if (link.rel.isNull())
+            link.rel = empty;
         auto known = resolved.constFind(link.raw);
         if (known == resolved.constEnd())
             known = resolved.insert(link.raw, WebUrl::resolve(result.base, link.raw));

@@ -16,7 +16,8 @@ struct WebLinkFound {
     QString text;       // anchor text for a (alt of the first image inside with one when no
                         // text), alt for area and img, title otherwise; trimmed, blanks
                         // collapsed, at most 200 characters; "" for a <style> block
-    QString rel;        // rel attribute of a, area and link, lower case, blanks collapsed
+    QString rel;        // rel attribute of a, area and link, lower case, blanks collapsed;
+                        // "" otherwise (text, rel and raw are never null)
     bool nofollow = false;      // rel holds the token "nofollow"
     bool navigational = false;  // a, area, iframe, frame, meta refresh: may lead to a page to crawl
 };

@@ -290,6 +290,20 @@ TEST(WebLinkExtractorTest, AnchorTextIsCutAtTwoHundredCharacters)
     EXPECT_TRUE(page.links.front().text.endsWith(u"word"));
 }
 
+TEST(WebLinkExtractorTest, MissingTextsAreEmptyNotNull)
+{
+    const WebPageScan page = scan("<a href=x></a><img src=i.png><style>p { background: url(b.png) }</style>");
+    EXPECT_FALSE(page.title.isNull());
+    EXPECT_TRUE(page.title.isEmpty());
+    ASSERT_EQ(page.links.size(), 3);
+    for (const WebLinkFound& link : page.links) {
+        EXPECT_FALSE(link.text.isNull()) << link.tag.toStdString();
+        EXPECT_TRUE(link.text.isEmpty()) << link.tag.toStdString();
+        EXPECT_FALSE(link.rel.isNull()) << link.tag.toStdString();
+        EXPECT_FALSE(link.raw.isNull()) << link.tag.toStdString();
+    }
+}
+
 TEST(WebLinkExtractorTest, IdsAndAnchorNamesAreFragmentTargets)
 {
     const WebPageScan page = scan("<h1 id='Top'>T</h1><a name='chapter-1'>C</a><div id=\"caf\xc3\xa9\"><p id=''>"
