@@ -78,6 +78,7 @@ void WebCrawlOperation::startRun()
     const auto project = this->project();
     WebStore::createTables(project->sqlite3Database());
     siteOrigin_ = WebUrl::normalized(QUrl(project->url()));
+    startIdentity_ = WebUrl::identity(siteOrigin_);
     targets_ = WebStore::loadTargets(project);
     siteGate_ = std::make_unique<HostGate>(parallelFetches(), maxRequestsPerSecond());
     externalGate_ = std::make_unique<HostGate>(options_.perHost, maxRequestsPerSecond());
@@ -85,8 +86,7 @@ void WebCrawlOperation::startRun()
     beginGroupIfNeeded();
     if (!isContinueMode()) {
         QString kind;
-        const QString start = WebUrl::identity(siteOrigin_);
-        if (!targets_.contains(start))
+        if (!targets_.contains(startIdentity_))
             targetFor(siteOrigin_, true, 1, &kind);
     }
     waitingCount_ = QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project);
@@ -160,7 +160,7 @@ bool WebCrawlOperation::dispatchPages()
         entryCursor_ = entry.idt;
         const QUrl url(entry.url);
         const auto target = targets_.constFind(entry.url);
-        const bool isStart = entry.url == WebUrl::identity(siteOrigin_);
+        const bool isStart = entry.url == startIdentity_;
         if (target != targets_.constEnd() && target->verdict != QLatin1String(WebStore::kPending)) {
             // Judged without a request (robots.txt, a filter) when it was found.
             WebStore::markEntryDone(project, entry.idt);
@@ -517,7 +517,7 @@ qint64 WebCrawlOperation::targetFor(const QUrl& url, bool navigational, qint32 d
 
     QString verdict = QLatin1String(fetchable ? WebStore::kPending : WebStore::kNotChecked);
     QString rule;
-    const bool isStart = identity == WebUrl::identity(siteOrigin_);
+    const bool isStart = identity == startIdentity_;
     if (fetchable && !isStart) {
         if (!options_.allows(identity)) {
             verdict = QLatin1String(WebStore::kExcluded);

@@ -85,6 +85,8 @@ private:
 
     WebCrawlOptions options_;
     QUrl siteOrigin_;
+    // The start URL's identity, asked of every new target and every page: worked out once.
+    QString startIdentity_;
     QHash<QString, WebStore::Target> targets_;
     QHash<QString, Robots> robots_;
     QSet<QString> queuedURLs_;
