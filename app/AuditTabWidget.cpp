@@ -91,6 +91,8 @@ ReportListView* AuditTabWidget::reportList(AuditReport::Kind kind) const
 
 void AuditTabWidget::setCurrentProject(const std::shared_ptr<Project>& project)
 {
+    if (project != project_)
+        reads_.close();
     project_ = project;
     refresh();
 }
@@ -98,12 +100,13 @@ void AuditTabWidget::setCurrentProject(const std::shared_ptr<Project>& project)
 void AuditTabWidget::closeCurrentProject()
 {
     project_.reset();
+    reads_.close();
     refresh();
 }
 
 void AuditTabWidget::refresh()
 {
-    const bool web = project_ && LinkRulesStore::of(project_) == LinkRules::Web;
+    const bool web = project_ && LinkRulesStore::of(reader()) == LinkRules::Web;
     stale_ = {overview_, codes_};
     for (const auto& [kind, view] : reports_) {
         const bool webOnly = kind != AuditReport::Kind::Broken && kind != AuditReport::Kind::Redirects;
@@ -127,7 +130,7 @@ void AuditTabWidget::load(QWidget* tab)
     if (tab == codes_) {
         QList<QList<QVariant>> rows;
         if (project_)
-            for (const auto& c : ResponseCodes::counts(project_))
+            for (const auto& c : ResponseCodes::counts(reader()))
                 rows << QList<QVariant>{c.statusClass == QLatin1String("failed") ? localizedString("AuditClassFailed")
                                                                                  : c.statusClass,
                                         c.code, c.count};
@@ -135,7 +138,7 @@ void AuditTabWidget::load(QWidget* tab)
         return;
     }
     if (tab == overview_) {
-        findings_ = AuditOverview::findings(project_);
+        findings_ = AuditOverview::findings(project_ ? reader() : nullptr);
         QList<QList<QVariant>> rows;
         for (const auto& f : findings_)
             rows << QList<QVariant>{localizedString(f.key), f.count};
@@ -148,7 +151,7 @@ void AuditTabWidget::load(QWidget* tab)
         QList<QList<QVariant>> rows;
         // A web rules' list of a classic project (hidden) has nothing to read.
         if (project_ && isTabVisible(indexOf(view)))
-            AuditReport::forEachRow(kind, project_, [&rows](const QList<QVariant>& row) { rows << row; });
+            AuditReport::forEachRow(kind, reader(), [&rows](const QList<QVariant>& row) { rows << row; });
         view->setRows(rows);
     }
 }
@@ -231,7 +234,7 @@ void AuditTabWidget::exportSitemap()
                                      QStringLiteral("XML (*.xml)"));
     if (path.isEmpty())
         return;
-    const SitemapWriter::Result result = SitemapWriter::writeFile(path, project_);
+    const SitemapWriter::Result result = SitemapWriter::writeFile(path, reader());
     if (!result.ok)
         showWriteFailure(result.errorFile.isEmpty() ? path : result.errorFile, result.errorReason);
 }

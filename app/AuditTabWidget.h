@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/ListReadConnection.h"
+
 #include "store/AuditOverview.h"
 #include "store/AuditReport.h"
 
@@ -63,6 +65,10 @@ private:
     void showWriteFailure(const QString& file, const QString& reason);
 
     std::shared_ptr<Project> project_;
+    // The lists are read beside a crawl that may be writing: through a connection of their
+    // own, committed rows only.
+    ListReadConnection reads_;
+    std::shared_ptr<Project> reader() { return reads_.readerFor(project_); }
     DocumentsTab* documentsTab_;
     ReportListView* overview_;
     ReportListView* codes_;

@@ -189,6 +189,7 @@ DocumentsView::DocumentsView(QWidget* parent) : QGroupBox(parent)
     // Tab leaves the list for the next pane rather than moving from cell to cell.
     documentsTableView_->setTabKeyNavigation(false);
 
+    loads_.setMaxThreadCount(1);
     menuAction_ = new QMenu(this);
     menuAction_->addAction(QString(), this, [this] { openURLAction(); });
     connect(documentsTableView_, &QWidget::customContextMenuRequested, this, [this](const QPoint& pos) {
@@ -209,6 +210,12 @@ DocumentsView::DocumentsView(QWidget* parent) : QGroupBox(parent)
     setTitle(PageFilter::title(PageFilter::All, 0));
 }
 
+DocumentsView::~DocumentsView()
+{
+    // A read under way posts back to this view: it ends first.
+    loads_.waitForDone();
+}
+
 void DocumentsView::awakeFromNib()
 {
     // The headers come from the model, looked up by key.
@@ -217,10 +224,55 @@ void DocumentsView::awakeFromNib()
 
 void DocumentsView::refreshTableViewWithFilter(qint32 filter)
 {
+    ++generation_;
     const auto reader = reads_.readerFor(currentProject_);
     const QList<QuillmerePagePtr> pages = reader ? PageFilter::pages(filter, reader) : QList<QuillmerePagePtr>();
     if (!model_->optionalColumns().isEmpty())
         loadFetches();
+    showPages(filter, pages);
+}
+
+void DocumentsView::refreshTableViewWithFilterInBackground(qint32 filter, std::function<void()> shown)
+{
+    auto connection = std::make_shared<ListReadConnection>();
+    auto reader = connection->readerFor(currentProject_);
+    if (!reader || reader == currentProject_) {
+        // Not a database that can be read beside its writer: read here, as before.
+        refreshTableViewWithFilter(filter);
+        if (shown)
+            shown();
+        return;
+    }
+    const quint64 generation = ++generation_;
+    const bool withFetches = !model_->optionalColumns().isEmpty();
+    ++loading_;
+    loads_.start([this, connection, reader, filter, generation, withFetches, shown = std::move(shown)]() mutable {
+        QList<QuillmerePagePtr> pages = PageFilter::pages(filter, reader);
+        QHash<QString, FetchLogPtr> fetches;
+        if (withFetches)
+            fetches = fetchesOf(reader);
+        // The connection is closed on this thread, not left to the window's.
+        reader.reset();
+        connection.reset();
+        QMetaObject::invokeMethod(
+            this,
+            [this, filter, generation, withFetches, pages = std::move(pages), fetches = std::move(fetches),
+             shown = std::move(shown)] {
+                --loading_;
+                if (generation == generation_) {
+                    if (withFetches)
+                        model_->setFetches(fetches);
+                    showPages(filter, pages);
+                }
+                if (shown)
+                    shown();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void DocumentsView::showPages(qint32 filter, const QList<QuillmerePagePtr>& pages)
+{
     model_->setPages(pages);
     setTitle(PageFilter::title(filter, quint64(pages.size())));
     // The rows stay in the store's order: a sort chosen before is not applied again.
@@ -232,6 +284,7 @@ void DocumentsView::refreshTableViewWithFilter(qint32 filter)
 
 void DocumentsView::closeCurrentProject()
 {
+    ++generation_;
     reads_.close();
     model_->setPages({});
     selectedRow_ = -1;
@@ -273,14 +326,19 @@ void DocumentsView::openURLAction()
 
 void DocumentsView::loadFetches()
 {
-    QHash<QString, FetchLogPtr> fetches;
     // Through the list's own connection: a crawl may be writing meanwhile.
-    if (const auto reader = reads_.readerFor(currentProject_))
-        PageListing::forEachPage(PageFilter::All, QString(), false, reader, [&](const PageListing::Row& row) {
-            if (row.fetch)
-                fetches.insert(row.page->url(), row.fetch);
-        });
-    model_->setFetches(fetches);
+    const auto reader = reads_.readerFor(currentProject_);
+    model_->setFetches(reader ? fetchesOf(reader) : QHash<QString, FetchLogPtr>());
+}
+
+QHash<QString, FetchLogPtr> DocumentsView::fetchesOf(const std::shared_ptr<Project>& reader)
+{
+    QHash<QString, FetchLogPtr> fetches;
+    PageListing::forEachPage(PageFilter::All, QString(), false, reader, [&](const PageListing::Row& row) {
+        if (row.fetch)
+            fetches.insert(row.page->url(), row.fetch);
+    });
+    return fetches;
 }
 
 void DocumentsView::setOptionalColumnShown(const QString& identifier, bool shown)

@@ -9,7 +9,9 @@
 #include <QGroupBox>
 #include <QHash>
 #include <QList>
+#include <QThreadPool>
 
+#include <functional>
 #include <memory>
 
 class MainViewController;
@@ -56,17 +58,26 @@ public:
     static const QStringList& optionalColumnIdentifiers();
 
     explicit DocumentsView(QWidget* parent = nullptr);
+    ~DocumentsView() override;
 
     void setMainViewController(MainViewController* controller) { mainViewController_ = controller; }
     void setCurrentProject(const std::shared_ptr<Project>& project)
     {
-        if (project != currentProject_)
+        if (project != currentProject_) {
             reads_.close();
+            ++generation_;
+        }
         currentProject_ = project;
     }
     std::shared_ptr<Project> currentProject() const { return currentProject_; }
 
     void refreshTableViewWithFilter(qint32 filter);
+    // The same list read on a worker thread, through a connection of its own, so that a list
+    // of many thousand pages does not hold the window up; `shown` runs on this thread once the
+    // rows are in (at once when the database can only be read here). A later refresh, or
+    // another project, wins over a read still under way.
+    void refreshTableViewWithFilterInBackground(qint32 filter, std::function<void()> shown = {});
+    bool isLoading() const { return loading_ > 0; }
     void closeCurrentProject();
 
     const QList<QuillmerePagePtr>& arrayOfPages() const { return model_->pages(); }
@@ -91,6 +102,8 @@ public:
 private:
     void awakeFromNib();
     void loadFetches();
+    static QHash<QString, FetchLogPtr> fetchesOf(const std::shared_ptr<Project>& reader);
+    void showPages(qint32 filter, const QList<QuillmerePagePtr>& pages);
 
     MainViewController* mainViewController_ = nullptr;
     std::shared_ptr<Project> currentProject_;
@@ -101,4 +114,8 @@ private:
     QMenu* menuAction_;
     qint64 selectedRow_ = -1;
     int clickedRow_ = -1;
+    // Background reads, one at a time, in order; the newest generation is the one shown.
+    QThreadPool loads_;
+    quint64 generation_ = 0;
+    int loading_ = 0;
 };

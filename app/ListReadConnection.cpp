@@ -9,10 +9,9 @@
 #include <sqlite3.h>
 
 namespace {
-// A stand-in project that reads through `db`: the attributes the record queries use.
-std::shared_ptr<Project> standIn(const Project& source, sqlite3* db)
+// The attributes the record queries use, as they stand now: the crawl moves them on.
+void copyAttributes(const Project& source, Project* reader)
 {
-    auto reader = std::make_shared<Project>();
     reader->setName(source.name());
     reader->setUrl(source.url());
     reader->setSqlite_name(source.sqlite_name());
@@ -27,6 +26,13 @@ std::shared_ptr<Project> standIn(const Project& source, sqlite3* db)
     reader->setExplore_no_follow(source.explore_no_follow());
     reader->setExplore_ariane(source.explore_ariane());
     reader->setExplore_sitewides(source.explore_sitewides());
+}
+
+// A stand-in project that reads through `db`.
+std::shared_ptr<Project> standIn(const Project& source, sqlite3* db)
+{
+    auto reader = std::make_shared<Project>();
+    copyAttributes(source, reader.get());
     reader->setDatabase(std::make_shared<SQLite3Wrapper>(db));
     return reader;
 }
@@ -70,8 +76,10 @@ std::shared_ptr<Project> ListReadConnection::readerFor(const std::shared_ptr<Pro
         return nullptr;
     }
     const QString path = project->full_sqlite_name();
-    if (reader_ && source_.lock() == project && path_ == path)
+    if (reader_ && source_.lock() == project && path_ == path) {
+        copyAttributes(*project, reader_.get());
         return reader_;
+    }
     close();
     // The project's own connection makes the database and its log when they are not there
     // yet; it is open already while a crawl runs.

@@ -377,7 +377,7 @@ void MainViewController::windowWillClose()
 
 bool MainViewController::isBusy() const
 {
-    return operationsQueue_ && operationsQueue_->operationCount() > 0;
+    return (operationsQueue_ && operationsQueue_->operationCount() > 0) || documentsView_->isLoading();
 }
 
 void MainViewController::stopAndWaitForOperations()
@@ -465,7 +465,9 @@ void MainViewController::downloaderDidEnd()
         progressWindowController_->updateQueueWaiting(qint32(waiting), qint32(done));
     progressView_->updateStopDate(currentProject_->crawler_stop_date());
     progressView_->crawlerDidEnd();
-    documentsView_->refreshTableViewWithFilter(PageFilter::All);
+    // Read off this thread: at twenty thousand pages the list alone would stop the window
+    // for longer than a frame or two.
+    documentsView_->refreshTableViewWithFilterInBackground(PageFilter::All);
     auditTabs_->refresh();
     // Every crawl, finished or stopped, is followed by the vacuum (queued with it); the sheet
     // stays up.
@@ -490,10 +492,10 @@ void MainViewController::vacuumCleanerDidEnd()
 {
     projectLock_.reset();
     progressView_->crawlerDidEnd();
-    documentsView_->refreshTableViewWithFilter(PageFilter::All);
     auditTabs_->refresh();
     previewTabs_->projectChanged();
     if (progressWindowController_)
         progressWindowController_->hideProgressWindow();
-    Q_EMIT crawlFinished();
+    // The crawl counts as finished once the list shows its pages.
+    documentsView_->refreshTableViewWithFilterInBackground(PageFilter::All, [this] { Q_EMIT crawlFinished(); });
 }

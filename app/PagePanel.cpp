@@ -80,6 +80,8 @@ PagePanel::PagePanel(QWidget* parent) : QWidget(parent)
 
 void PagePanel::setCurrentProject(const std::shared_ptr<Project>& project)
 {
+    if (project != project_)
+        reads_.close();
     project_ = project;
     showPage(nullptr);
 }
@@ -94,7 +96,7 @@ void PagePanel::showPage(const QuillmerePagePtr& page)
         redirectsLabel_->clear();
         return;
     }
-    const FetchLogPtr fetch = PageDetails::fetchOf(*page, project_);
+    const FetchLogPtr fetch = PageDetails::fetchOf(*page, reads_.readerFor(project_));
     urlLabel_->setText(page->url());
     statusLabel_->setText(statusOf(fetch));
     responseTimeLabel_->setText(fetch && fetch->responseMs() >= 0
@@ -102,7 +104,7 @@ void PagePanel::showPage(const QuillmerePagePtr& page)
                                     : QString());
     redirectsLabel_->setText(chainOf(fetch));
 
-    const QList<PageDetails::OutgoingLink> links = PageDetails::outgoingLinks(*page, project_);
+    const QList<PageDetails::OutgoingLink> links = PageDetails::outgoingLinks(*page, reads_.readerFor(project_));
     outgoingTable_->setRowCount(int(links.size()));
     for (int row = 0; row < links.size(); ++row) {
         const PageDetails::OutgoingLink& link = links.at(row);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ListReadConnection.h"
 #include "store/PageDetails.h"
 
 #include <QWidget>
@@ -30,6 +31,8 @@ public:
 
 private:
     std::shared_ptr<Project> project_;
+    // A crawl may be writing while a page is shown: its committed rows only.
+    ListReadConnection reads_;
     QLabel* urlLabel_;
     QLabel* statusLabel_;
     QLabel* responseTimeLabel_;

@@ -48,6 +48,8 @@ PreviewTabs::~PreviewTabs()
 
 void PreviewTabs::setCurrentProject(const std::shared_ptr<Project>& project)
 {
+    if (project != project_)
+        reads_.close();
     project_ = project;
     page_.reset();
     pagePanel_->setCurrentProject(project);
@@ -94,14 +96,14 @@ void PreviewTabs::showCurrentTab()
         break;
     case MapTab:
         if (mapStale_) {
-            siteMap_->load(project_);
+            siteMap_->load(reads_.readerFor(project_));
             siteMap_->highlightPage(page_ ? page_->idt() : -1);
         }
         mapStale_ = false;
         break;
     case ChartsTab:
         if (chartsStale_)
-            charts_->load(project_);
+            charts_->load(reads_.readerFor(project_));
         chartsStale_ = false;
         break;
     default:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ListReadConnection.h"
 #include "store/QuillmerePage.h"
 
 #include <QTabWidget>
@@ -46,6 +47,8 @@ private:
     void showCurrentTab();
 
     std::shared_ptr<Project> project_;
+    // The map and the charts are read beside a crawl that may be writing.
+    ListReadConnection reads_;
     QuillmerePagePtr page_;
     PagePanel* pagePanel_;
     QWebEngineProfile* safeProfile_;

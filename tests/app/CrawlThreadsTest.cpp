@@ -5,11 +5,18 @@
 
 #include "CrawlWindowSupport.h"
 
+#include "app/AuditTabWidget.h"
+#include "app/PagePanel.h"
+#include "app/PreviewTabs.h"
+#include "app/ReportListView.h"
+#include "app/ReportTableModel.h"
+#include "app/SiteMapView.h"
 #include "store/LinkRules.h"
 #include "store/PageFilter.h"
 
 #include <QDirIterator>
 #include <QHeaderView>
+#include <QLabel>
 #include <QProcess>
 #include <QTableView>
 
@@ -243,6 +250,76 @@ TEST_F(CrawlThreadsTest, ListsAreBrowsedSortedAndFilteredDuringACrawlAndShowOnly
     controller()->applyFilter(PageFilter::All);
     EXPECT_EQ(size_t(app.documentsView()->numberOfRowsInTableView()), committedURLs(path).size());
     EXPECT_GT(app.documentsView()->numberOfRowsInTableView(), 300);
+}
+
+TEST_F(CrawlThreadsTest, AuditTabsPagePanelMapAndChartsReadOnlyCommittedRowsDuringACrawl)
+{
+    std::string links;
+    for (int i = 1; i <= 200; ++i) {
+        links += anchor("p" + std::to_string(i) + ".html", "P" + std::to_string(i));
+        const std::string html = htmlPage("P" + std::to_string(i), anchor("p" + std::to_string(i % 200 + 1) + ".html", "Next")
+                                                                       + anchor("gone" + std::to_string(i % 5) + ".html", "Gone"));
+        site.server.route("/p" + std::to_string(i) + ".html", [html](const HttpRequest&, HttpResponse& response) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(4));
+            response.setContent(html, "text/html; charset=utf-8");
+        });
+    }
+    site.page("/", "Home", links);
+    ProjectPtr project = app.createAndShowProject(QStringLiteral("audit-during"), U("/"));
+    const QString path = project->full_sqlite_name();
+    CrawlEnds ends(controller());
+    app.progressView()->buttonLancer()->click();
+
+    AuditTabWidget* audit = controller()->auditTabs();
+    PreviewTabs* preview = controller()->previewTabs();
+    QTableView* table = app.documentsView()->documentsTableView();
+    int looksInTheMiddle = 0;
+    qint64 mostFetchesShown = 0;
+    while (ends.count == 0 && looksInTheMiddle < 200) {
+        waitUntil([] { return false; }, 15);
+        // The response codes: what the list counts was committed when it was read.
+        audit->setCurrentWidget(audit->codesList());
+        audit->refresh();
+        qint64 fetchesShown = 0;
+        for (const auto& row : audit->codesList()->model()->rows())
+            fetchesShown += row.value(2).toLongLong();
+        const qint64 fetchesCommitted = std::stoll(rowsOf(path, "select count(*) from FetchLog").at(0).at(0));
+        ASSERT_LE(fetchesShown, fetchesCommitted);
+        mostFetchesShown = std::max(mostFetchesShown, fetchesShown);
+        // The overview and the broken links are read the same way.
+        audit->setCurrentWidget(audit->overviewList());
+        audit->refresh();
+        ASSERT_FALSE(audit->findings().isEmpty());
+        ASSERT_LE(audit->findings().first().count, qint64(committedURLs(path).size()));
+        audit->setCurrentWidget(audit->reportList(AuditReport::Kind::Broken));
+        audit->refresh();
+        // The map and the charts.
+        preview->setCurrentIndex(PreviewTabs::MapTab);
+        preview->projectChanged();
+        ASSERT_LE(size_t(preview->siteMap()->nodeCount()), committedURLs(path).size());
+        preview->setCurrentIndex(PreviewTabs::ChartsTab);
+        preview->projectChanged();
+        // The page panel of a page shown.
+        controller()->applyFilter(PageFilter::All);
+        if (app.documentsView()->numberOfRowsInTableView() > 0) {
+            preview->setCurrentIndex(PreviewTabs::PageTab);
+            table->selectRow(0);
+            EXPECT_FALSE(preview->pagePanel()->urlLabel()->text().isEmpty());
+        }
+        if (controller()->isBusy() && ends.count == 0)
+            ++looksInTheMiddle;
+    }
+    EXPECT_GE(looksInTheMiddle, 3);
+    EXPECT_GT(mostFetchesShown, 0);
+    ASSERT_TRUE(ends.waitFor(1, 60000));
+    // At the end the lists hold the whole crawl.
+    audit->setCurrentWidget(audit->codesList());
+    qint64 fetchesShown = 0;
+    for (const auto& row : audit->codesList()->model()->rows())
+        fetchesShown += row.value(2).toLongLong();
+    EXPECT_EQ(fetchesShown, std::stoll(rowsOf(path, "select count(*) from FetchLog").at(0).at(0)));
+    preview->setCurrentIndex(PreviewTabs::MapTab);
+    EXPECT_EQ(size_t(preview->siteMap()->nodeCount()), committedURLs(path).size());
 }
 
 class SameDatabaseTest : public CrawlThreadsTest, public ::testing::WithParamInterface<const char*> {};

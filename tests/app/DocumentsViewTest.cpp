@@ -124,6 +124,47 @@ TEST_F(DocumentsViewTest, TitleAndRowsForEachFilterCode)
     }
 }
 
+TEST_F(DocumentsViewTest, BackgroundRefreshShowsTheRowsOnceReadAndALaterRefreshWins)
+{
+    view->refreshTableViewWithFilter(PageFilter::Canonical);
+    ASSERT_EQ(view->numberOfRowsInTableView(), 1);
+    // Read on another thread: the list keeps its rows until the read is in.
+    int shown = 0;
+    view->refreshTableViewWithFilterInBackground(PageFilter::All, [&] { ++shown; });
+    EXPECT_TRUE(view->isLoading());
+    EXPECT_EQ(view->numberOfRowsInTableView(), 1);
+    ASSERT_TRUE(waitUntil([&] { return shown == 1; }, 10000));
+    EXPECT_FALSE(view->isLoading());
+    EXPECT_EQ(rowURLs(), storeURLs());
+    EXPECT_EQ(view->title(), "5 documents référencés");
+
+    // A refresh asked for after a background read wins over it, whichever ends last.
+    shown = 0;
+    view->refreshTableViewWithFilterInBackground(PageFilter::All, [&] { ++shown; });
+    view->refreshTableViewWithFilter(PageFilter::Error404OnlyHTML);
+    ASSERT_TRUE(waitUntil([&] { return shown == 1; }, 10000));
+    EXPECT_EQ(rowURLs(), QStringList({U("/missing.html")}));
+    EXPECT_EQ(view->title(), "1 document en 404 de type HTML référencé");
+
+    // Of two background reads, the second is the one shown, and both callers hear back.
+    shown = 0;
+    view->refreshTableViewWithFilterInBackground(PageFilter::All, [&] { ++shown; });
+    view->refreshTableViewWithFilterInBackground(PageFilter::NoIndex, [&] { ++shown; });
+    ASSERT_TRUE(waitUntil([&] { return shown == 2; }, 10000));
+    EXPECT_EQ(rowURLs(), QStringList({U("/hidden.html")}));
+}
+
+TEST_F(DocumentsViewTest, BackgroundRefreshOfAnotherProjectShownMeanwhileIsDropped)
+{
+    view->refreshTableViewWithFilter(PageFilter::All);
+    int shown = 0;
+    view->refreshTableViewWithFilterInBackground(PageFilter::All, [&] { ++shown; });
+    view->setCurrentProject(nullptr);
+    view->closeCurrentProject();
+    ASSERT_TRUE(waitUntil([&] { return shown == 1; }, 10000));
+    EXPECT_EQ(view->numberOfRowsInTableView(), 0);
+}
+
 TEST_F(DocumentsViewTest, RefreshForgetsTheSelectedRow)
 {
     EXPECT_EQ(view->selectedRow(), -1);

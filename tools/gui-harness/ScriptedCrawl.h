@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cstdio>
 #include <functional>
 
 class DocumentsView;
@@ -23,11 +24,14 @@ public:
     ScriptedCrawl(AppDelegate& delegate, qint64 timeLimitMs, std::function<void(bool ended)> done)
         : delegate_(delegate), timeLimitMs_(timeLimitMs), done_(std::move(done))
     {
+        traceGapMs_ = qEnvironmentVariableIntValue("QUILLMERE_GAP_TRACE");
         heartbeat_.setTimerType(Qt::PreciseTimer);
         heartbeat_.setInterval(5);
         QObject::connect(&heartbeat_, &QTimer::timeout, this, [this] {
             const qint64 now = clock_.nsecsElapsed();
             maxTickGapNs_ = std::max(maxTickGapNs_, now - lastTickNs_);
+            if (traceGapMs_ > 0 && now - lastTickNs_ > traceGapMs_ * 1000000)
+                std::fprintf(stderr, "tick gap %lld ms ending at %lld ms\n", (now - lastTickNs_) / 1000000, now / 1000000);
             lastTickNs_ = now;
             if (clock_.elapsed() > timeLimitMs_)
                 finish(false);
@@ -37,7 +41,11 @@ public:
     void start()
     {
         MainViewController* controller = delegate_.mainViewController();
-        QObject::connect(controller, &MainViewController::crawlFinished, this, [this] { crawlEnded_ = true; });
+        QObject::connect(controller, &MainViewController::crawlFinished, this, [this] {
+            crawlEnded_ = true;
+            if (traceGapMs_ > 0)
+                std::fprintf(stderr, "crawl finished at %lld ms\n", clock_.elapsed());
+        });
         qApp->installEventFilter(this);
         clock_.start();
         lastTickNs_ = lastPaintNs_ = 0;
@@ -70,6 +78,10 @@ protected:
         if (event->type() == QEvent::Paint && watched->isWidgetType()) {
             const qint64 now = clock_.nsecsElapsed();
             maxPaintGapNs_ = std::max(maxPaintGapNs_, now - lastPaintNs_);
+            // QUILLMERE_GAP_TRACE=MS prints every gap longer than MS, to find where it comes from.
+            if (traceGapMs_ > 0 && now - lastPaintNs_ > traceGapMs_ * 1000000)
+                std::fprintf(stderr, "paint gap %lld ms ending at %lld ms%s\n", (now - lastPaintNs_) / 1000000,
+                             now / 1000000, crawlEnded_ ? " (after the crawl's end)" : "");
             lastPaintNs_ = now;
         }
         return QObject::eventFilter(watched, event);
@@ -99,6 +111,7 @@ private:
     qint64 maxTickGapNs_ = 0;
     qint64 maxPaintGapNs_ = 0;
     double seconds_ = 0;
+    qint64 traceGapMs_ = 0;
     bool crawlEnded_ = false;
     bool finished_ = false;
 };
