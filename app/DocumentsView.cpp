@@ -8,6 +8,7 @@
 #include "store/PageFilter.h"
 #include "store/PageListing.h"
 
+#include <QFontMetrics>
 #include <QHeaderView>
 #include <QMenu>
 #include <QTableView>
@@ -182,8 +183,12 @@ DocumentsView::DocumentsView(QWidget* parent) : QGroupBox(parent)
     header->setSectionResizeMode(ColURL, QHeaderView::Stretch);
     header->setSectionResizeMode(ColTitle, QHeaderView::Interactive);
     header->resizeSection(ColTitle, 280);
+    // The number columns are as wide as their widest cell, worked out from every row when the
+    // list is read: Qt's own fit to contents measures a thousand rows of each column on the
+    // window's thread at every reset, which stalls it at twenty thousand pages.
     for (int c = ColDepth; c < ColumnCount; ++c)
-        header->setSectionResizeMode(c, QHeaderView::ResizeToContents);
+        header->setSectionResizeMode(c, QHeaderView::Fixed);
+    header->setResizeContentsPrecision(0);
 
     ColumnMinimumWidth::keep(documentsTableView_, ColURL);
     // Tab leaves the list for the next pane rather than moving from cell to cell.
@@ -207,6 +212,7 @@ DocumentsView::DocumentsView(QWidget* parent) : QGroupBox(parent)
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(documentsTableView_);
     awakeFromNib();
+    fitNumberColumns({});
     setTitle(PageFilter::title(PageFilter::All, 0));
 }
 
@@ -229,7 +235,7 @@ void DocumentsView::refreshTableViewWithFilter(qint32 filter)
     const QList<QuillmerePagePtr> pages = reader ? PageFilter::pages(filter, reader) : QList<QuillmerePagePtr>();
     if (!model_->optionalColumns().isEmpty())
         loadFetches();
-    showPages(filter, pages);
+    showPages(filter, pages, widestNumbers(pages));
 }
 
 void DocumentsView::refreshTableViewWithFilterInBackground(qint32 filter, std::function<void()> shown)
@@ -248,6 +254,7 @@ void DocumentsView::refreshTableViewWithFilterInBackground(qint32 filter, std::f
     ++loading_;
     loads_.start([this, connection, reader, filter, generation, withFetches, shown = std::move(shown)]() mutable {
         QList<QuillmerePagePtr> pages = PageFilter::pages(filter, reader);
+        QStringList widest = widestNumbers(pages);
         QHash<QString, FetchLogPtr> fetches;
         if (withFetches)
             fetches = fetchesOf(reader);
@@ -256,13 +263,13 @@ void DocumentsView::refreshTableViewWithFilterInBackground(qint32 filter, std::f
         connection.reset();
         QMetaObject::invokeMethod(
             this,
-            [this, filter, generation, withFetches, pages = std::move(pages), fetches = std::move(fetches),
-             shown = std::move(shown)] {
+            [this, filter, generation, withFetches, pages = std::move(pages), widest = std::move(widest),
+             fetches = std::move(fetches), shown = std::move(shown)] {
                 --loading_;
                 if (generation == generation_) {
                     if (withFetches)
                         model_->setFetches(fetches);
-                    showPages(filter, pages);
+                    showPages(filter, pages, widest);
                 }
                 if (shown)
                     shown();
@@ -271,9 +278,52 @@ void DocumentsView::refreshTableViewWithFilterInBackground(qint32 filter, std::f
     });
 }
 
-void DocumentsView::showPages(qint32 filter, const QList<QuillmerePagePtr>& pages)
+QStringList DocumentsView::widestNumbers(const QList<QuillmerePagePtr>& pages)
+{
+    // Digits are as wide as one another in the list's font: the longest text is the widest.
+    QStringList widest(ColumnCount - ColDepth);
+    auto keep = [&widest](int column, const QString& text) {
+        QString& kept = widest[column - ColDepth];
+        if (text.size() > kept.size())
+            kept = text;
+    };
+    qint64 most[3] = {0, 0, 0};
+    for (const QuillmerePagePtr& page : pages) {
+        most[0] = std::max(most[0], qint64(page->depth()));
+        most[1] = std::max(most[1], qint64(page->inLinkCount()));
+        most[2] = std::max(most[2], qint64(page->outLinkCount()));
+        keep(ColWeight, NumberDescription::description(page->weight()));
+    }
+    if (!pages.isEmpty()) {
+        keep(ColDepth, NumberDescription::description(most[0]));
+        keep(ColReceived, NumberDescription::description(most[1]));
+        keep(ColLinksOut, NumberDescription::description(most[2]));
+    }
+    return widest;
+}
+
+void DocumentsView::fitNumberColumns(const QStringList& widest)
+{
+    QHeaderView* header = documentsTableView_->horizontalHeader();
+    const QFontMetrics metrics(documentsTableView_->font());
+    for (int c = ColDepth; c < ColumnCount; ++c) {
+        int width = header->sectionSizeHint(c);
+        if (model_->rowCount() > 0) {
+            // The cell's margins as the view draws them, taken from the first row.
+            const QModelIndex first = model_->index(0, c);
+            const int margins = documentsTableView_->sizeHintForIndex(first).width()
+                                - metrics.horizontalAdvance(first.data().toString());
+            // Two pixels for the rounding of a text's advance against its bounding box.
+            width = std::max(width, metrics.horizontalAdvance(widest.value(c - ColDepth)) + margins + 2);
+        }
+        header->resizeSection(c, width);
+    }
+}
+
+void DocumentsView::showPages(qint32 filter, const QList<QuillmerePagePtr>& pages, const QStringList& widest)
 {
     model_->setPages(pages);
+    fitNumberColumns(widest);
     setTitle(PageFilter::title(filter, quint64(pages.size())));
     // The rows stay in the store's order: a sort chosen before is not applied again.
     documentsTableView_->horizontalHeader()->blockSignals(true);
@@ -287,6 +337,7 @@ void DocumentsView::closeCurrentProject()
     ++generation_;
     reads_.close();
     model_->setPages({});
+    fitNumberColumns({});
     selectedRow_ = -1;
 }
 

@@ -103,7 +103,9 @@ private:
     void awakeFromNib();
     void loadFetches();
     static QHash<QString, FetchLogPtr> fetchesOf(const std::shared_ptr<Project>& reader);
-    void showPages(qint32 filter, const QList<QuillmerePagePtr>& pages);
+    static QStringList widestNumbers(const QList<QuillmerePagePtr>& pages);
+    void fitNumberColumns(const QStringList& widest);
+    void showPages(qint32 filter, const QList<QuillmerePagePtr>& pages, const QStringList& widest);
 
     MainViewController* mainViewController_ = nullptr;
     std::shared_ptr<Project> currentProject_;

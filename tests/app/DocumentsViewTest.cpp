@@ -4,7 +4,11 @@
 
 #include "store/PageFilter.h"
 
+#include <QHeaderView>
+
 #include <climits>
+
+#include <sqlite3.h>
 
 using namespace apptest;
 
@@ -163,6 +167,38 @@ TEST_F(DocumentsViewTest, BackgroundRefreshOfAnotherProjectShownMeanwhileIsDropp
     view->closeCurrentProject();
     ASSERT_TRUE(waitUntil([&] { return shown == 1; }, 10000));
     EXPECT_EQ(view->numberOfRowsInTableView(), 0);
+}
+
+TEST_F(DocumentsViewTest, NumberColumnsFitTheirWidestCellAndTheirCaption)
+{
+    auto checkFits = [&](const char* when) {
+        QHeaderView* header = table->horizontalHeader();
+        for (int c = 2; c < 6; ++c) {
+            EXPECT_GE(header->sectionSize(c), header->sectionSizeHint(c)) << when << " column " << c;
+            for (int row = 0; row < table->model()->rowCount(); ++row)
+                EXPECT_GE(header->sectionSize(c), table->sizeHintForIndex(table->model()->index(row, c)).width())
+                    << when << " column " << c << " row " << row;
+        }
+    };
+    view->refreshTableViewWithFilter(PageFilter::All);
+    checkFits("all pages");
+    // Numbers far wider than the captions, on a row that is not the first.
+    ASSERT_EQ(sqlite3_exec(s->project->sqlite3Database(),
+                           "update Page set in_link_count = 123456789012, out_link_count = 98765432109, depth = 1234567890, "
+                           "weight = 0.12345678901234566 where url like '%/c.html'",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    view->refreshTableViewWithFilter(PageFilter::All);
+    checkFits("wide numbers");
+    // Sorted, the widest cell is elsewhere: the widths hold.
+    table->sortByColumn(5, Qt::DescendingOrder);
+    checkFits("sorted");
+    int shown = 0;
+    view->refreshTableViewWithFilterInBackground(PageFilter::Error404AllTypes, [&] { ++shown; });
+    ASSERT_TRUE(waitUntil([&] { return shown == 1; }, 10000));
+    checkFits("read in the background");
+    view->closeCurrentProject();
+    checkFits("empty");
 }
 
 TEST_F(DocumentsViewTest, RefreshForgetsTheSelectedRow)
