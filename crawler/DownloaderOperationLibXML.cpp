@@ -19,6 +19,7 @@
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/RedirectChain.h"
 
+#include <utility>
 #include <QElapsedTimer>
 #include <QStringDecoder>
 #include <QUrl>
@@ -331,8 +332,9 @@ QUrl DownloaderOperationLibXML::requiredOriginOf(const QString& url) const
 
 QByteArray DownloaderOperationLibXML::fetchPage(const QString& url, const QUrl& origin)
 {
+    prefetchedParse_.reset();
     QByteArray data;
-    if (fetchAhead_ && fetchAhead_->take(url, origin, canContinue_, &data, syncWebCall_.get()))
+    if (fetchAhead_ && fetchAhead_->take(url, origin, canContinue_, &data, syncWebCall_.get(), &prefetchedParse_))
         return data;
     return syncWebCall_->getURL(url, arrayOfFilteredContentType_, origin);
 }
@@ -436,6 +438,9 @@ HTMLParserPtr DownloaderOperationLibXML::saveAndParse(const QByteArray& data)
 {
     const QString fileName = QStringLiteral("content_html_%1.html").arg(htmlFileCounter_++);
     project_->saveHtmlData(data, fileName);
+    // Parsed already by the thread that fetched it, when fetched ahead.
+    if (HTMLParserPtr parsed = std::exchange(prefetchedParse_, nullptr))
+        return parsed;
     AppError parseError;
     HTMLParserPtr parser = HTMLParser::initWithData(data, &parseError);
     if (!parser || parseError.code != 0)

@@ -4,6 +4,7 @@
 #include "crawler/DownloaderDelegate.h"
 #include "crawler/Operation.h"
 #include "crawler/StartPageStop.h"
+#include "html/HTMLParser.h"
 #include "store/QuillmereDownloaderQueue.h"
 
 #include <QElapsedTimer>
@@ -189,6 +190,8 @@ private:
     int parallelFetches_ = kDefaultParallelFetches;
     std::unique_ptr<RequestPacer> pacer_;
     std::unique_ptr<FetchAhead> fetchAhead_;
+    // The parse of the page fetchPage last took from fetchAhead_, made on its thread.
+    HTMLParserPtr prefetchedParse_;
     // Pages this run analysed: not worth fetching ahead again.
     QSet<QString> analysedURLs_;
     // The records of many entries go in one transaction: one commit for up to

@@ -10,13 +10,28 @@ struct FetchAhead::Job {
     bool started = false;
     bool done = false;
     QByteArray data;
+    HTMLParserPtr parsed;
     SynchronizedWebCall answer;
 };
+
+namespace {
+// The parse the analysis would make of the data; null for no data or data it cannot parse.
+HTMLParserPtr parseOf(const QByteArray& data)
+{
+    if (data.isNull())
+        return nullptr;
+    AppError error;
+    HTMLParserPtr parser = HTMLParser::initWithData(data, &error);
+    return parser && error.code == 0 ? parser : nullptr;
+}
+} // namespace
 
 FetchAhead::FetchAhead(int threads, const QStringList& filteredContentTypes, double timeoutSeconds,
                        double maxTransferSeconds, RequestPacer* pacer)
     : filteredContentTypes_(filteredContentTypes)
 {
+    // libxml2 sets up its globals once, before any thread parses.
+    xmlInitParser();
     for (int i = 0; i < threads; ++i) {
         auto call = std::make_unique<SynchronizedWebCall>();
         call->setTimeoutInterval(timeoutSeconds);
@@ -96,7 +111,7 @@ void FetchAhead::request(const QString& url, const QUrl& requiredOrigin)
 }
 
 bool FetchAhead::take(const QString& url, const QUrl& requiredOrigin, const std::atomic<bool>& canContinue,
-                      QByteArray* data, SynchronizedWebCall* into)
+                      QByteArray* data, SynchronizedWebCall* into, HTMLParserPtr* parsed)
 {
     std::unique_lock lock(mutex_);
     const auto found = jobs_.find(url);
@@ -135,6 +150,8 @@ bool FetchAhead::take(const QString& url, const QUrl& requiredOrigin, const std:
     }
     *data = job->data;
     into->adoptAnswerOf(job->answer);
+    if (parsed)
+        *parsed = std::move(job->parsed);
     return true;
 }
 
@@ -169,8 +186,11 @@ void FetchAhead::run(SynchronizedWebCall* call)
         ++running_;
         lock.unlock();
         QByteArray data = call->getURL(job->url, filteredContentTypes_, job->origin);
+        // A redirect's body is never read as a page.
+        HTMLParserPtr parsed = call->isRedirect() || call->isAbandoned() ? nullptr : parseOf(data);
         lock.lock();
         job->data = data;
+        job->parsed = std::move(parsed);
         job->answer.adoptAnswerOf(*call);
         job->done = true;
         --running_;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "html/HTMLParser.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
@@ -22,7 +24,9 @@ class SynchronizedWebCall;
 // threads, each with a web call of its own, take the requested URLs in order. The crawl
 // still analyses in queue order; it takes each answer when it gets to that page, and an
 // answer it never takes (the page was analysed meanwhile, the crawl stopped or reached a
-// limit) is dropped. Used from the crawler's thread only.
+// limit) is dropped. A page's HTML is parsed on the thread that fetched it, so that the
+// crawler's thread, which every page goes through in turn, only reads the tree. Used from the
+// crawler's thread only.
 class FetchAhead {
 public:
     // threads: the most requests in flight. Each web call gets the time-outs and the pacer.
@@ -48,9 +52,10 @@ public:
     // The answer to a request of this URL with this origin, waiting for it if needed; into
     // receives the answer's fields. False (nothing changed) when it was not requested so.
     // While it waits, a cleared canContinue abandons every transfer; the answer then reads
-    // as abandoned.
+    // as abandoned. parsed (when given) receives the parse of the data, null when there was
+    // none to parse or it could not be parsed.
     bool take(const QString& url, const QUrl& requiredOrigin, const std::atomic<bool>& canContinue, QByteArray* data,
-              SynchronizedWebCall* into);
+              SynchronizedWebCall* into, HTMLParserPtr* parsed = nullptr);
     // Drops every answer and request not taken; abandons the transfers in flight.
     void dropAll();
 
