@@ -19,10 +19,11 @@
 #include "store/QuillmereDownloaderQueue.h"
 #include "store/RedirectChain.h"
 
-#include <utility>
 #include <QElapsedTimer>
 #include <QStringDecoder>
 #include <QUrl>
+
+#include <utility>
 
 namespace {
 // Strict UTF-8: a file with invalid sequences gives no text at all.
@@ -160,6 +161,8 @@ void DownloaderOperationLibXML::main()
         fetchAhead_ = std::make_unique<FetchAhead>(parallelFetches_, arrayOfFilteredContentType_,
                                                    syncWebCall_->requestTimeoutInterval(),
                                                    syncWebCall_->maxTransferInterval(), pacer_.get());
+    if (fetchAhead_)
+        fetchAhead_->setReadingContext(project_->url(), project_->explore_no_follow());
     downloadFromWaitingQueue();
     // No thread, transfer or connection outlives the walk.
     fetchAhead_.reset();
@@ -314,7 +317,7 @@ void DownloaderOperationLibXML::fetchAheadFrom(const QList<QuillmereDownloaderQu
             if (known && !known->title().isEmpty())
                 analysedURLs_.insert(url);
             else
-                fetchAhead_->request(url, requiredOriginOf(url));
+                fetchAhead_->request(url, requiredOriginOf(url), entry->path());
         }
         // A page deeper than the limit is the last one the walk starts.
         if (project_->limit_depth() != -1 && entry->depth() > project_->limit_depth())
@@ -332,9 +335,9 @@ QUrl DownloaderOperationLibXML::requiredOriginOf(const QString& url) const
 
 QByteArray DownloaderOperationLibXML::fetchPage(const QString& url, const QUrl& origin)
 {
-    prefetchedParse_.reset();
+    prefetchedReading_.reset();
     QByteArray data;
-    if (fetchAhead_ && fetchAhead_->take(url, origin, canContinue_, &data, syncWebCall_.get(), &prefetchedParse_))
+    if (fetchAhead_ && fetchAhead_->take(url, origin, canContinue_, &data, syncWebCall_.get(), &prefetchedReading_))
         return data;
     return syncWebCall_->getURL(url, arrayOfFilteredContentType_, origin);
 }
@@ -353,6 +356,11 @@ void DownloaderOperationLibXML::downloadAndPerformURL(const QString& url, const 
         // A fault while analysing one page abandons that page only; what was recorded stays.
         DebugTrace("downloadAndPerformURL exception (%s)", qPrintable(url));
     }
+    // The page's tree is freed by a fetch thread: the analysis has let go of every node.
+    prefetchedReading_.reset();
+    if (fetchAhead_)
+        fetchAhead_->dispose(std::move(pageInHand_));
+    pageInHand_.reset();
 }
 
 void DownloaderOperationLibXML::analysePage(const QString& url, const QString& path, const QString& documentName,
@@ -366,7 +374,8 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         recordPageWithoutHTML(url, path, documentName, depth, currentPage);
         return;
     }
-    const HTMLParserPtr parser = saveAndParse(data);
+    pageInHand_ = saveAndRead(data, url, path);
+    const HTMLParserPtr parser = pageInHand_->parser;
     if (!parser)
         return;
 
@@ -381,7 +390,7 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         currentPage = foundPageWithPath(path, documentName, title, url, depth);
 
     QList<HTMLLinkPtr> linksToQueue;
-    if (!recordLinks(childTags(parser->body(), QStringLiteral("a")), url, path, depth, currentPage, &linksToQueue))
+    if (!recordLinks(*pageInHand_, depth, currentPage, &linksToQueue))
         return;
     downloadPageDidEndWithURL(url, depth);
     queueLinks(linksToQueue, depth);
@@ -433,19 +442,17 @@ void DownloaderOperationLibXML::recordPageWithoutHTML(const QString& url, const 
         foundPageWithPath(path, documentName, title, url, depth);
 }
 
-// Keeps a copy of the HTML and parses it; null when it cannot be parsed.
-HTMLParserPtr DownloaderOperationLibXML::saveAndParse(const QByteArray& data)
+// Keeps a copy of the HTML and reads it: its parse (null when it cannot be parsed) and its
+// links, resolved against the page's URL and path.
+PageReadingPtr DownloaderOperationLibXML::saveAndRead(const QByteArray& data, const QString& url, const QString& path)
 {
     const QString fileName = QStringLiteral("content_html_%1.html").arg(htmlFileCounter_++);
     project_->saveHtmlData(data, fileName);
-    // Parsed already by the thread that fetched it, when fetched ahead.
-    if (HTMLParserPtr parsed = std::exchange(prefetchedParse_, nullptr))
-        return parsed;
-    AppError parseError;
-    HTMLParserPtr parser = HTMLParser::initWithData(data, &parseError);
-    if (!parser || parseError.code != 0)
-        return HTMLParserPtr();
-    return parser;
+    // Read already by the thread that fetched it, when fetched ahead for this same entry.
+    PageReadingPtr reading = std::exchange(prefetchedReading_, nullptr);
+    if (reading && reading->url == url && reading->path == path)
+        return reading;
+    return PageReading::read(data, url, path, project_->url(), project_->explore_no_follow());
 }
 
 // A page marked both noindex and nofollow is analysed no further; noindex alone is
@@ -490,19 +497,21 @@ bool DownloaderOperationLibXML::stopsAtCanonical(const QString& url, const HTMLN
 
 // Records the page's links to pages of the site and gathers those to queue. False when a
 // link shows the project's URL to be wrong: the crawl stops there.
-bool DownloaderOperationLibXML::recordLinks(const QList<HTMLNodePtr>& anchors, const QString& url, const QString& path,
-                                            qint32 depth, const QuillmerePagePtr& currentPage,
+bool DownloaderOperationLibXML::recordLinks(const PageReading& page, qint32 depth, const QuillmerePagePtr& currentPage,
                                             QList<HTMLLinkPtr>* linksToQueue)
 {
-    const qint32 anchorCount = qint32(anchors.size());
+    if (page.fault && page.faultIndex < 0)
+        std::rethrow_exception(page.fault);
+    const qint32 anchorCount = qint32(page.anchors.size());
     initLinkProgressWithMaxValue(anchorCount);
-    const QString projectURL = project_->url();
     for (qint32 n = 1; n <= anchorCount; ++n) {
-        const HTMLNodePtr& anchor = anchors[n - 1];
         setLinkProgressWithValue(n, anchorCount);
-        if (!isFollowedAnchor(anchor))
+        if (page.fault && page.faultIndex == n - 1)
+            std::rethrow_exception(page.fault);
+        // Null for an anchor the crawl does not follow.
+        const HTMLLinkPtr& link = page.links[n - 1];
+        if (!link)
             continue;
-        HTMLLinkPtr link = HTMLLink::initWithHTMLNode(anchor, path, url, projectURL);
         if (link->isExternalLink()) {
             if (link->isPossibleFirstURLError()) {
                 isPossibleFirstURLError_ = true;
@@ -530,17 +539,7 @@ bool DownloaderOperationLibXML::recordLinks(const QList<HTMLNodePtr>& anchors, c
 // leaves alone, and is neither mail nor script.
 bool DownloaderOperationLibXML::isFollowedAnchor(const HTMLNodePtr& anchor) const
 {
-    const QString rawHref = anchor->getAttributeNamed(QStringLiteral("href"));
-    if (rawHref.isNull())
-        return false;
-    if (anchor->getAttributeNamed(QStringLiteral("rel")) == QLatin1String("nofollow") && !project_->explore_no_follow())
-        return false;
-    const QString href = stringByTrim(rawHref);
-    if (href.size() >= 7 && hasPrefixCaseInsensitive(href, QStringLiteral("mailto:")))
-        return false;
-    if (href.size() >= 11 && hasPrefixCaseInsensitive(href, QStringLiteral("javascript:")))
-        return false;
-    return true;
+    return PageReading::isFollowedAnchor(anchor, project_->explore_no_follow());
 }
 
 // Queues the link targets not queued yet and not analysed already.

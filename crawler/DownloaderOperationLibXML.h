@@ -4,7 +4,7 @@
 #include "crawler/DownloaderDelegate.h"
 #include "crawler/Operation.h"
 #include "crawler/StartPageStop.h"
-#include "html/HTMLParser.h"
+#include "crawler/PageReading.h"
 #include "store/QuillmereDownloaderQueue.h"
 
 #include <QElapsedTimer>
@@ -150,13 +150,13 @@ private:
     bool fetchAndRecordAnswer(const QString& url, qint32 depth, QByteArray* data);
     void recordPageWithoutHTML(const QString& url, const QString& path, const QString& documentName, qint32 depth,
                                const QuillmerePagePtr& currentPage);
-    std::shared_ptr<HTMLParser> saveAndParse(const QByteArray& data);
+    PageReadingPtr saveAndRead(const QByteArray& data, const QString& url, const QString& path);
     bool stopsAtRobotsDirectives(const QString& url, const std::shared_ptr<HTMLNode>& head, const QString& title,
                                  const QuillmerePagePtr& currentPage);
     bool stopsAtCanonical(const QString& url, const std::shared_ptr<HTMLNode>& head, const QString& title,
                           const QuillmerePagePtr& currentPage);
-    bool recordLinks(const QList<std::shared_ptr<HTMLNode>>& anchors, const QString& url, const QString& path,
-                     qint32 depth, const QuillmerePagePtr& currentPage, QList<std::shared_ptr<HTMLLink>>* linksToQueue);
+    bool recordLinks(const PageReading& page, qint32 depth, const QuillmerePagePtr& currentPage,
+                     QList<std::shared_ptr<HTMLLink>>* linksToQueue);
     bool isFollowedAnchor(const std::shared_ptr<HTMLNode>& anchor) const;
     void queueLinks(const QList<std::shared_ptr<HTMLLink>>& links, qint32 depth);
     void performRedirect(const QString& url, qint32 depth);
@@ -190,8 +190,10 @@ private:
     int parallelFetches_ = kDefaultParallelFetches;
     std::unique_ptr<RequestPacer> pacer_;
     std::unique_ptr<FetchAhead> fetchAhead_;
-    // The parse of the page fetchPage last took from fetchAhead_, made on its thread.
-    HTMLParserPtr prefetchedParse_;
+    // The page fetchPage last took from fetchAhead_, read on its thread, and the page the
+    // analysis has in hand.
+    PageReadingPtr prefetchedReading_;
+    PageReadingPtr pageInHand_;
     // Pages this run analysed: not worth fetching ahead again.
     QSet<QString> analysedURLs_;
     // The records of many entries go in one transaction: one commit for up to

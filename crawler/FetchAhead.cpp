@@ -9,22 +9,11 @@ struct FetchAhead::Job {
     QUrl origin;
     bool started = false;
     bool done = false;
+    QString path;
     QByteArray data;
-    HTMLParserPtr parsed;
+    PageReadingPtr reading;
     SynchronizedWebCall answer;
 };
-
-namespace {
-// The parse the analysis would make of the data; null for no data or data it cannot parse.
-HTMLParserPtr parseOf(const QByteArray& data)
-{
-    if (data.isNull())
-        return nullptr;
-    AppError error;
-    HTMLParserPtr parser = HTMLParser::initWithData(data, &error);
-    return parser && error.code == 0 ? parser : nullptr;
-}
-} // namespace
 
 FetchAhead::FetchAhead(int threads, const QStringList& filteredContentTypes, double timeoutSeconds,
                        double maxTransferSeconds, RequestPacer* pacer)
@@ -55,6 +44,26 @@ FetchAhead::~FetchAhead()
     wake_.notify_all();
     for (auto& thread : threads_)
         thread.join();
+}
+
+void FetchAhead::setReadingContext(const QString& projectURL, bool exploreNoFollow)
+{
+    std::lock_guard lock(mutex_);
+    projectURL_ = projectURL;
+    exploreNoFollow_ = exploreNoFollow;
+}
+
+void FetchAhead::dispose(PageReadingPtr reading)
+{
+    if (!reading)
+        return;
+    {
+        std::lock_guard lock(mutex_);
+        if (ending_)
+            return;
+        disposed_.push_back(std::move(reading));
+    }
+    wake_.notify_one();
 }
 
 int FetchAhead::pendingCount() const
@@ -95,7 +104,7 @@ bool FetchAhead::waitForAnswer(const QString& url, std::chrono::milliseconds lim
     return job->done;
 }
 
-void FetchAhead::request(const QString& url, const QUrl& requiredOrigin)
+void FetchAhead::request(const QString& url, const QUrl& requiredOrigin, const QString& path)
 {
     {
         std::lock_guard lock(mutex_);
@@ -104,6 +113,7 @@ void FetchAhead::request(const QString& url, const QUrl& requiredOrigin)
         auto job = std::make_shared<Job>();
         job->url = url;
         job->origin = requiredOrigin;
+        job->path = path;
         jobs_.insert(url, job);
         waiting_.push_back(job);
     }
@@ -111,7 +121,7 @@ void FetchAhead::request(const QString& url, const QUrl& requiredOrigin)
 }
 
 bool FetchAhead::take(const QString& url, const QUrl& requiredOrigin, const std::atomic<bool>& canContinue,
-                      QByteArray* data, SynchronizedWebCall* into, HTMLParserPtr* parsed)
+                      QByteArray* data, SynchronizedWebCall* into, PageReadingPtr* reading)
 {
     std::unique_lock lock(mutex_);
     const auto found = jobs_.find(url);
@@ -150,8 +160,8 @@ bool FetchAhead::take(const QString& url, const QUrl& requiredOrigin, const std:
     }
     *data = job->data;
     into->adoptAnswerOf(job->answer);
-    if (parsed)
-        *parsed = std::move(job->parsed);
+    if (reading)
+        *reading = std::move(job->reading);
     return true;
 }
 
@@ -177,9 +187,17 @@ void FetchAhead::run(SynchronizedWebCall* call)
 {
     std::unique_lock lock(mutex_);
     for (;;) {
-        wake_.wait(lock, [&] { return ending_ || !waiting_.empty(); });
+        wake_.wait(lock, [&] { return ending_ || !waiting_.empty() || !disposed_.empty(); });
         if (ending_)
             return;
+        if (!disposed_.empty()) {
+            std::vector<PageReadingPtr> freed;
+            freed.swap(disposed_);
+            lock.unlock();
+            freed.clear();
+            lock.lock();
+            continue;
+        }
         std::shared_ptr<Job> job = waiting_.front();
         waiting_.pop_front();
         job->started = true;
@@ -187,10 +205,23 @@ void FetchAhead::run(SynchronizedWebCall* call)
         lock.unlock();
         QByteArray data = call->getURL(job->url, filteredContentTypes_, job->origin);
         // A redirect's body is never read as a page.
-        HTMLParserPtr parsed = call->isRedirect() || call->isAbandoned() ? nullptr : parseOf(data);
+        PageReadingPtr reading;
+        if (!call->isRedirect() && !call->isAbandoned()) {
+            lock.lock();
+            const QString projectURL = projectURL_;
+            const bool exploreNoFollow = exploreNoFollow_;
+            lock.unlock();
+            try {
+                reading = PageReading::read(data, job->url, job->path, projectURL, exploreNoFollow);
+            } catch (...) {
+                // A parse that fails so is made again by the analysis, which meets the fault
+                // where it always has.
+                reading.reset();
+            }
+        }
         lock.lock();
         job->data = data;
-        job->parsed = std::move(parsed);
+        job->reading = std::move(reading);
         job->answer.adoptAnswerOf(*call);
         job->done = true;
         --running_;

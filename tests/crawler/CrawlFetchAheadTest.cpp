@@ -192,6 +192,48 @@ TEST_F(CrawlFetchAheadTest, ParallelCrawlsRecordExactlyWhatTheOneAtATimeCrawlRec
     EXPECT_EQ(eight, one);
 }
 
+// The links of a page fetched ahead are read on the thread that fetched it: every kind of
+// anchor the analysis tells apart is read there as it is in turn, with and without the
+// project following nofollow links.
+TEST_F(CrawlFetchAheadTest, AnchorsReadAheadAreTheAnchorsReadInTurn)
+{
+    buildSite();
+    const std::string odd = anchor("sub/rel.html", "Relative") + anchor("../sec2/p1.html", "Up a level")
+        + anchor("nf.html", "Nofollow", "rel=\"nofollow\"") + anchor("mailto:a@example.org", "Mail")
+        + anchor("  JavaScript:void(0)", "Script") + anchor("http://elsewhere.invalid/x.html", "Out")
+        + anchor("#top", "Top") + "<a name=\"no-href\">None</a>" + anchor(" p2.html ", "Blanks");
+    // An href that climbs above the site's root is a fault that ends the page's analysis
+    // there, on whichever thread it was read.
+    site.page("/sec4/fault.html", "Fault", anchor("p1.html", "P1") + anchor("../../../../x", "Too far") + anchor("z.html", "Z"));
+    site.page("/sec4/index.html", "Section 4", anchor("fault.html", "Fault") + anchor("/", "Home"));
+    site.page("/sec3/odd.html", "Odd", odd);
+    site.page("/sec3/sub/rel.html", "Rel", anchor("../odd.html", "Back"));
+    site.page("/sec3/nf.html", "NF", anchor("/", "Home"));
+    site.page("/sec3/index.html", "Section 3", anchor("odd.html", "Odd") + anchor("/", "Home"));
+    for (const bool followNofollow : {false, true}) {
+        const std::string suffix = followNofollow ? "-nf" : "";
+        auto crawlWith = [&](const std::string& name, int parallel) {
+            if (project)
+                projects.push_back(project);
+            project = Project::createProjectWithName(q(name + suffix), site.U("/"), -1, -1);
+            EXPECT_TRUE(project);
+            project->setExplore_no_follow(followNofollow);
+            newDelegate();
+            db = std::make_unique<Db>(project, site.base());
+            parallelFetches = parallel;
+            crawl();
+            return snapshotOf(*db);
+        };
+        const Snapshot one = crawlWith("odd-one", 1);
+        EXPECT_TRUE(db->page("~/sec3/sub/rel.html").has_value());
+        EXPECT_EQ(db->page("~/sec3/nf.html").has_value(), followNofollow);
+        EXPECT_EQ(db->at("~/sec4/fault.html").title, "Fault");
+        EXPECT_FALSE(db->page("~/sec4/z.html").has_value());
+        const Snapshot four = crawlWith("odd-four", 4);
+        EXPECT_EQ(four, one) << "following nofollow: " << followNofollow;
+    }
+}
+
 TEST_F(CrawlFetchAheadTest, APageLimitIsKeptAndNothingMoreIsAsked)
 {
     buildSite();
