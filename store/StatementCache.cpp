@@ -2,9 +2,12 @@
 
 #include <sqlite3.h>
 
+#include <functional>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace StatementCache {
 
@@ -13,9 +16,20 @@ namespace {
 // lists) stop being kept once it is reached.
 constexpr size_t kMaximumPerConnection = 96;
 
+// Looked up by the statement's text without copying it: a crawl takes and gives back a
+// statement several times a link.
+struct TextHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
+};
+
+// One slot per text once seen; null while its statement is in use (or finalized as a
+// second one of the same text).
+using Slots = std::unordered_map<std::string, sqlite3_stmt*, TextHash, std::equal_to<>>;
+
 struct Cache {
     std::mutex mutex;
-    std::unordered_map<sqlite3*, std::unordered_map<std::string, sqlite3_stmt*>> statements;
+    std::unordered_map<sqlite3*, Slots> statements;
 };
 
 Cache& cache()
@@ -34,12 +48,10 @@ sqlite3_stmt* take(sqlite3* db, const char* sql)
     const auto connection = c.statements.find(db);
     if (connection == c.statements.end())
         return nullptr;
-    const auto found = connection->second.find(sql);
+    const auto found = connection->second.find(std::string_view(sql));
     if (found == connection->second.end())
         return nullptr;
-    sqlite3_stmt* stmt = found->second;
-    connection->second.erase(found);
-    return stmt;
+    return std::exchange(found->second, nullptr);
 }
 
 void giveBack(sqlite3_stmt* stmt)
@@ -53,9 +65,17 @@ void giveBack(sqlite3_stmt* stmt)
     if (db && sql) {
         Cache& c = cache();
         std::lock_guard lock(c.mutex);
-        auto& kept = c.statements[db];
-        if (kept.size() < kMaximumPerConnection && kept.emplace(sql, stmt).second)
+        Slots& slots = c.statements[db];
+        const auto found = slots.find(std::string_view(sql));
+        if (found != slots.end()) {
+            if (!found->second) {
+                found->second = stmt;
+                return;
+            }
+        } else if (slots.size() < kMaximumPerConnection) {
+            slots.emplace(std::string(sql), stmt);
             return;
+        }
     }
     sqlite3_finalize(stmt);
 }
@@ -64,7 +84,7 @@ void release(sqlite3* db)
 {
     if (!db)
         return;
-    std::unordered_map<std::string, sqlite3_stmt*> kept;
+    Slots kept;
     {
         Cache& c = cache();
         std::lock_guard lock(c.mutex);
@@ -75,7 +95,8 @@ void release(sqlite3* db)
         c.statements.erase(connection);
     }
     for (const auto& entry : kept)
-        sqlite3_finalize(entry.second);
+        if (entry.second)
+            sqlite3_finalize(entry.second);
 }
 
 int count(sqlite3* db)
@@ -83,7 +104,12 @@ int count(sqlite3* db)
     Cache& c = cache();
     std::lock_guard lock(c.mutex);
     const auto connection = c.statements.find(db);
-    return connection == c.statements.end() ? 0 : int(connection->second.size());
+    if (connection == c.statements.end())
+        return 0;
+    int kept = 0;
+    for (const auto& entry : connection->second)
+        kept += entry.second ? 1 : 0;
+    return kept;
 }
 
 } // namespace StatementCache
