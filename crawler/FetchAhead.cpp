@@ -63,7 +63,7 @@ void FetchAhead::dispose(PageReadingPtr reading)
             return;
         disposed_.push_back(std::move(reading));
     }
-    wake_.notify_one();
+    // No thread is woken for it: the next one that wakes for a fetch frees it first.
 }
 
 int FetchAhead::pendingCount() const
