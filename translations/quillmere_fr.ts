@@ -1230,7 +1230,7 @@ empties the database and starts again (on a terminal without either, you are ask
                fails as a time-out (default 300)
   --fail-on-broken  exit with status 4 when the crawl found broken internal links (links
                whose target answered 4xx or 5xx or could not be fetched; see &apos;broken NAME&apos;)
-  --parallel N requests in flight at most (default 4): the next pages of the queue are
+  --parallel N requests in flight at most (default 8): the next pages of the queue are
                fetched while one is analysed; pages are still analysed in queue order
                and the database is the same; 1 asks for one page at a time
   --max-rate R requests per second at most (default: no cap)
@@ -1251,7 +1251,7 @@ vide la base et recommence (sur un terminal, sans l&apos;une ni l&apos;autre, la
   --fail-on-broken  sort avec le code 4 quand l&apos;analyse a trouvé des liens internes cassés
                (liens dont la cible a répondu 4xx ou 5xx ou n&apos;a pas pu être obtenue ; voir
                &apos;broken NOM&apos;)
-  --parallel N requêtes en cours au plus (par défaut 4) : les pages suivantes de la file sont
+  --parallel N requêtes en cours au plus (par défaut 8) : les pages suivantes de la file sont
                demandées pendant qu&apos;une autre est analysée ; les pages restent analysées
                dans l&apos;ordre de la file et la base est la même ; 1 demande une page à la fois
   --max-rate R requêtes par seconde au plus (par défaut : pas de plafond)

@@ -115,14 +115,14 @@ TEST(CommandLineLanguage, CrawlHelpInFrench)
     EXPECT_TRUE(r.out.startsWith("Utilisation : quillmere [--data-dir DIR] crawl NAME [--continue|--restart]"))
         << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("analyse le site d'un projet, puis affiche le rapport\n"));
-    EXPECT_TRUE(r.out.contains("  --parallel N requêtes en cours au plus (par défaut 4)"));
+    EXPECT_TRUE(r.out.contains("  --parallel N requêtes en cours au plus (par défaut 8)"));
     EXPECT_TRUE(r.out.contains("  --max-rate R requêtes par seconde au plus (par défaut : pas de plafond)"));
     EXPECT_TRUE(r.out.contains("  --fail-on-broken  sort avec le code 4"));
     EXPECT_TRUE(r.out.contains("Retry-After d'au plus 60 s"));
     EXPECT_FALSE(r.out.contains("requests in flight"));
 
     const CliResult en = runCli({"crawl", "--help"});
-    EXPECT_TRUE(en.out.contains("  --parallel N requests in flight at most (default 4)")) << en.out.toStdString();
+    EXPECT_TRUE(en.out.contains("  --parallel N requests in flight at most (default 8)")) << en.out.toStdString();
 }
 
 TEST(CommandLineLanguage, TheCrawlPromptRefusesWithoutATerminalInFrench)
