@@ -1,6 +1,7 @@
 #include "crawler/CrawlTransaction.h"
 
 #include "store/DatabaseErrorLog.h"
+#include "store/PageRowCache.h"
 #include "base/DebugTrace.h"
 
 #include <sqlite3.h>
@@ -32,8 +33,11 @@ int CrawlTransaction::vetoOtherCommits(void* transaction)
 void CrawlTransaction::end()
 {
     sqlite3_commit_hook(database_, nullptr, nullptr);
-    if (!sqlite3_get_autocommit(database_))
+    if (!sqlite3_get_autocommit(database_)) {
         sqlite3_exec(database_, "rollback", nullptr, nullptr, nullptr);
+        // The records kept in memory may hold writes that are undone now.
+        PageRowCache::clear(database_);
+    }
     open_ = false;
 }
 
@@ -54,6 +58,7 @@ bool CrawlTransaction::commit()
         errorMessage_ = failedWrite && !failure.isEmpty() ? failure
                                                          : QStringLiteral("a write failed and the last page's changes were undone");
         DebugTrace("commit Error::%s", qPrintable(errorMessage_));
+        PageRowCache::clear(database_);
         end();
         return false;
     }

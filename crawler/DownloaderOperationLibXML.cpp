@@ -12,6 +12,7 @@
 #include "html/RobotEntry.h"
 #include "html/StringOperations.h"
 #include "store/LinkHeaders.h"
+#include "store/PageRowCache.h"
 #include "store/Localization.h"
 #include "base/DebugTrace.h"
 #include "store/FetchLog.h"
@@ -163,7 +164,17 @@ void DownloaderOperationLibXML::main()
                                                    syncWebCall_->maxTransferInterval(), pacer_.get());
     if (fetchAhead_)
         fetchAhead_->setReadingContext(project_->url(), project_->explore_no_follow());
-    downloadFromWaitingQueue();
+    {
+        // The page records the walk looks up by URL are answered from memory while it runs
+        // (this operation is the connection's only writer meanwhile).
+        sqlite3* db = project_->sqlite3Database();
+        PageRowCache::enable(db);
+        struct Off {
+            sqlite3* db;
+            ~Off() { PageRowCache::disable(db); }
+        } off{db};
+        downloadFromWaitingQueue();
+    }
     // No thread, transfer or connection outlives the walk.
     fetchAhead_.reset();
     URLConnection::releaseIdleTransfers();

@@ -2,6 +2,7 @@
 
 #include "base/DebugTrace.h"
 #include "store/Localization.h"
+#include "store/PageRowCache.h"
 #include "store/QuillmereLinkPage.h"
 #include "store/RecordStatement.h"
 
@@ -115,6 +116,44 @@ qint64 countValue(sqlite3_stmt* stmt, const ProjectPtr& project)
     return count;
 }
 
+PageRowCache::Row rowOf(const QuillmerePage& page)
+{
+    PageRowCache::Row row;
+    row.idt = page.idt();
+    row.path = page.path();
+    row.page = page.page();
+    row.title = page.title();
+    row.url = page.url();
+    row.isNoIndex = page.isNoIndex();
+    row.isNoFollow = page.isNoFollow();
+    row.isCanonical = page.isCanonical();
+    row.inLinkCount = page.inLinkCount();
+    row.outLinkCount = page.outLinkCount();
+    row.depth = page.depth();
+    row.weight = page.weight();
+    return row;
+}
+
+QuillmerePagePtr pageOf(const PageRowCache::Row& row, const ProjectPtr& project)
+{
+    return std::make_shared<QuillmerePage>(row.idt, row.path, row.page, row.title, row.url, row.isNoIndex,
+                                           row.isNoFollow, row.isCanonical, row.inLinkCount, row.outLinkCount,
+                                           row.depth, row.weight, project);
+}
+
+bool sameRecord(const QuillmerePagePtr& a, const QuillmerePagePtr& b)
+{
+    if (!a || !b)
+        return !a && !b;
+    const PageRowCache::Row x = rowOf(*a);
+    const PageRowCache::Row y = rowOf(*b);
+    return x.idt == y.idt && x.path == y.path && x.page == y.page && x.title == y.title && x.url == y.url
+        && x.path.isNull() == y.path.isNull() && x.title.isNull() == y.title.isNull()
+        && x.isNoIndex == y.isNoIndex && x.isNoFollow == y.isNoFollow && x.isCanonical == y.isCanonical
+        && x.inLinkCount == y.inLinkCount && x.outLinkCount == y.outLinkCount && x.depth == y.depth
+        && x.weight == y.weight;
+}
+
 // stringWithoutLastSlash, without its fault on an empty string: an empty URL is looked up as is.
 QString withoutLastSlash(const QString& url)
 {
@@ -165,6 +204,8 @@ QuillmerePagePtr QuillmerePage::createPageWithPath(const QString& path, const QS
     if (step(stmt, project) == SQLITE_DONE) {
         page = std::make_shared<QuillmerePage>(sqlite3_last_insert_rowid(db), path, name, title, url, 0, 0, 0, 0, 0,
                                                depth, 0.0, project);
+        // The URL's answer may now be this row.
+        PageRowCache::forgetURL(db, withoutLastSlash(url));
     }
     finish(stmt);
     return page;
@@ -192,9 +233,32 @@ QuillmerePagePtr QuillmerePage::getPageFromURL(const QString& url, const Project
         return nullptr;
     }
     const QString bare = withoutLastSlash(url);
+    QuillmerePagePtr kept;
+    bool keptAbsent = false;
+    if (const auto row = PageRowCache::find(db, bare, &keptAbsent))
+        kept = pageOf(*row, project);
+    const bool fromMemory = kept || keptAbsent;
+    if (fromMemory && !PageRowCache::isChecking()) {
+        finish(stmt);
+        return kept;
+    }
     bindText(stmt, 1, bare + QLatin1Char('/'));
     bindText(stmt, 2, bare);
-    return singlePage(stmt, project);
+    // One step; anything but done is taken as a row, and only a true answer is kept.
+    QuillmerePagePtr page;
+    const int rc = step(stmt, project);
+    if (rc != SQLITE_DONE)
+        page = pageFromStatement(stmt, project);
+    finish(stmt);
+    if (fromMemory) {
+        PageRowCache::noteChecked(sameRecord(kept, page));
+        return kept;
+    }
+    if (rc == SQLITE_ROW || rc == SQLITE_DONE) {
+        const PageRowCache::Row row = page ? rowOf(*page) : PageRowCache::Row();
+        PageRowCache::remember(db, bare, page ? &row : nullptr);
+    }
+    return page;
 }
 
 QuillmerePagePtr QuillmerePage::getPageFromIdentifier(qint64 identifier, const ProjectPtr& project)
@@ -355,6 +419,7 @@ void QuillmerePage::performWeightForProject(const ProjectPtr& project)
         DebugTrace("performWeightForProject Error::%s", sqlite3_errmsg(db));
         return;
     }
+    PageRowCache::clear(db);
     step(stmt, project);
     finish(stmt);
 }
@@ -368,7 +433,10 @@ void QuillmerePage::decOutLinkCountWithPageIdentifier(qint32 identifier, const P
         return;
     }
     bindInt(stmt, 1, identifier);
-    step(stmt, project);
+    if (step(stmt, project) == SQLITE_DONE)
+        PageRowCache::addToNumber(db, identifier, PageRowCache::Column::OutLinkCount, -1);
+    else
+        PageRowCache::clear(db);
     finish(stmt);
 }
 
@@ -397,8 +465,12 @@ void QuillmerePage::updatePageTitle(const QString& title)
     }
     bindText(stmt, 1, title);
     bindInt(stmt, 2, idt_);
-    if (step(stmt, owner) == SQLITE_DONE)
+    if (step(stmt, owner) == SQLITE_DONE) {
         title_ = title;
+        PageRowCache::setText(db, idt_, PageRowCache::Column::Title, PageRowCache::storedForm(title));
+    } else {
+        PageRowCache::clear(db);
+    }
     finish(stmt);
 }
 
@@ -415,8 +487,12 @@ void QuillmerePage::incInLinkCount()
     }
     bindInt(stmt, 1, inLinkCount_ + 1);
     bindInt(stmt, 2, idt_);
-    if (step(stmt, owner) == SQLITE_DONE)
+    if (step(stmt, owner) == SQLITE_DONE) {
+        PageRowCache::setNumber(db, idt_, PageRowCache::Column::InLinkCount, static_cast<int>(inLinkCount_ + 1));
         inLinkCount_ = inLinkCount_ + 1;
+    } else {
+        PageRowCache::clear(db);
+    }
     finish(stmt);
 }
 
@@ -431,19 +507,28 @@ void QuillmerePage::incOutLinkCount()
     }
     bindInt(stmt, 1, outLinkCount_ + 1);
     bindInt(stmt, 2, idt_);
-    if (step(stmt, owner) == SQLITE_DONE)
+    if (step(stmt, owner) == SQLITE_DONE) {
+        PageRowCache::setNumber(db, idt_, PageRowCache::Column::OutLinkCount, static_cast<int>(outLinkCount_ + 1));
         outLinkCount_ = outLinkCount_ + 1;
+    } else {
+        PageRowCache::clear(db);
+    }
     finish(stmt);
 }
 
 // The flag updates leave the flag property alone and bump outLinkCount instead; callers rely
 // on the counter running one ahead after a flag update, so this stays as it is.
-void QuillmerePage::stepFlagUpdate(sqlite3_stmt* statement, bool value)
+void QuillmerePage::stepFlagUpdate(sqlite3_stmt* statement, bool value, int flagColumn)
 {
     bindInt(statement, 1, value ? 1 : 0);
     bindInt(statement, 2, idt_);
-    if (step(statement, project_.lock()) == SQLITE_DONE)
+    sqlite3* db = sqlite3_db_handle(statement);
+    if (step(statement, project_.lock()) == SQLITE_DONE) {
         outLinkCount_ = outLinkCount_ + 1;
+        PageRowCache::setNumber(db, idt_, static_cast<PageRowCache::Column>(flagColumn), value ? 1 : 0);
+    } else {
+        PageRowCache::clear(db);
+    }
     finish(statement);
 }
 
@@ -456,7 +541,7 @@ void QuillmerePage::updateIsNoIndex(bool value)
         DebugTrace("updateIsNoIndex Error::%s", sqlite3_errmsg(db));
         return;
     }
-    stepFlagUpdate(stmt, value);
+    stepFlagUpdate(stmt, value, int(PageRowCache::Column::IsNoIndex));
 }
 
 void QuillmerePage::updateIsNoFollow(bool value)
@@ -468,7 +553,7 @@ void QuillmerePage::updateIsNoFollow(bool value)
         DebugTrace("updateIsNoFollow Error::%s", sqlite3_errmsg(db));
         return;
     }
-    stepFlagUpdate(stmt, value);
+    stepFlagUpdate(stmt, value, int(PageRowCache::Column::IsNoFollow));
 }
 
 void QuillmerePage::updateIsCanonical(bool value)
@@ -480,7 +565,7 @@ void QuillmerePage::updateIsCanonical(bool value)
         DebugTrace("updateIsCanonical Error::%s", sqlite3_errmsg(db));
         return;
     }
-    stepFlagUpdate(stmt, value);
+    stepFlagUpdate(stmt, value, int(PageRowCache::Column::IsCanonical));
 }
 
 void QuillmerePage::removeFromProject(const ProjectPtr& project)
@@ -492,7 +577,10 @@ void QuillmerePage::removeFromProject(const ProjectPtr& project)
         return;
     }
     bindInt(stmt, 1, idt_);
-    step(stmt, project);
+    if (step(stmt, project) == SQLITE_DONE)
+        PageRowCache::forgetIdentifier(db, idt_);
+    else
+        PageRowCache::clear(db);
     finish(stmt);
 }
 

@@ -105,7 +105,7 @@ public:
 private:
     // Shared by the three flag updates once their statement is prepared: binds and steps it,
     // then bumps outLinkCount in memory.
-    void stepFlagUpdate(sqlite3_stmt* statement, bool value);
+    void stepFlagUpdate(sqlite3_stmt* statement, bool value, int flagColumn);
 
     qint64 idt_ = 0;
     QString path_;

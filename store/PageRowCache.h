@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+struct sqlite3;
+
+// The page records a crawl looks up by URL, kept in memory while it runs. A crawl asks for
+// the record of every link's target, several times a link; each answer here is the one the
+// database gives at that moment: every write the record class makes to a kept row is made to
+// the copy too, a new or removed row drops the answer for its URL, a write of many rows, a
+// failed write or a rolled-back transaction drops them all. Kept per connection, only for a
+// connection a crawl has switched it on for.
+namespace PageRowCache {
+
+// One Page row as the database returns it.
+struct Row {
+    qint64 idt = 0;
+    QString path;
+    QString page;
+    QString title;
+    QString url;
+    qint64 isNoIndex = 0;
+    qint64 isNoFollow = 0;
+    qint64 isCanonical = 0;
+    qint64 inLinkCount = 0;
+    qint64 outLinkCount = 0;
+    qint64 depth = 0;
+    double weight = 0;
+};
+
+enum class Column { Title, InLinkCount, OutLinkCount, IsNoIndex, IsNoFollow, IsCanonical };
+
+void enable(sqlite3* db);
+void disable(sqlite3* db);
+bool isEnabled(sqlite3* db);
+
+// The answer kept for a URL (without its last slash): nullopt when none is kept, a null row
+// (through *absent) when the database had none.
+std::optional<Row> find(sqlite3* db, const QString& bareURL, bool* absent);
+// Keeps the database's answer for the URL; null for no row.
+void remember(sqlite3* db, const QString& bareURL, const Row* row);
+
+// A write was made to the row with this identifier.
+void setText(sqlite3* db, qint64 idt, Column column, const QString& storedText);
+void setNumber(sqlite3* db, qint64 idt, Column column, qint64 storedValue);
+void addToNumber(sqlite3* db, qint64 idt, Column column, qint64 delta);
+// A row was added for this URL, or the row with this identifier was removed.
+void forgetURL(sqlite3* db, const QString& bareURL);
+void forgetIdentifier(sqlite3* db, qint64 idt);
+// Drops every answer kept for the connection.
+void clear(sqlite3* db);
+
+// A text as the database gives it back once bound: cut at a zero character, and empty (not
+// null) when nothing is left.
+QString storedForm(const QString& text);
+
+// Checking mode: every answer from memory is compared with the database's; for tests and
+// for QUILLMERE_CHECK_PAGE_CACHE=1.
+void setChecking(bool on);
+bool isChecking();
+void noteChecked(bool same);
+qint64 answersFromMemory();
+qint64 mismatches();
+
+} // namespace PageRowCache
