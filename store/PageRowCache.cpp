@@ -3,6 +3,7 @@
 #include <QHash>
 
 #include <atomic>
+#include <cstdio>
 #include <mutex>
 #include <unordered_map>
 
@@ -78,8 +79,14 @@ void enable(sqlite3* db)
 
 void disable(sqlite3* db)
 {
-    std::lock_guard lock(state().mutex);
-    state().connections.erase(db);
+    {
+        std::lock_guard lock(state().mutex);
+        if (state().connections.erase(db) == 0)
+            return;
+    }
+    if (checking.load())
+        std::fprintf(stderr, "page records checked: %lld answered from memory, %lld different from the database\n",
+                     static_cast<long long>(fromMemory.load()), static_cast<long long>(wrong.load()));
 }
 
 bool isEnabled(sqlite3* db)
@@ -209,10 +216,13 @@ bool isChecking()
     return checking.load();
 }
 
-void noteChecked(bool same)
+void noteChecked(bool same, const QString& url)
 {
-    if (!same)
-        wrong.fetch_add(1);
+    if (same)
+        return;
+    wrong.fetch_add(1);
+    std::fprintf(stderr, "page record of %s: the answer from memory differs from the database's\n",
+                 url.toUtf8().constData());
 }
 
 qint64 answersFromMemory()

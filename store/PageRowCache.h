@@ -60,7 +60,8 @@ QString storedForm(const QString& text);
 // for QUILLMERE_CHECK_PAGE_CACHE=1.
 void setChecking(bool on);
 bool isChecking();
-void noteChecked(bool same);
+// A difference is also told on standard error, with the URL.
+void noteChecked(bool same, const QString& url);
 qint64 answersFromMemory();
 qint64 mismatches();
 

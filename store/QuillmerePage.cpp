@@ -251,7 +251,7 @@ QuillmerePagePtr QuillmerePage::getPageFromURL(const QString& url, const Project
         page = pageFromStatement(stmt, project);
     finish(stmt);
     if (fromMemory) {
-        PageRowCache::noteChecked(sameRecord(kept, page));
+        PageRowCache::noteChecked(sameRecord(kept, page), url);
         return kept;
     }
     if (rc == SQLITE_ROW || rc == SQLITE_DONE) {
