@@ -139,7 +139,10 @@ void setText(sqlite3* db, qint64 idt, Column column, const QString& storedText)
         row->title = storedText;
 }
 
-void setNumber(sqlite3* db, qint64 idt, Column column, qint64 storedValue)
+namespace {
+// The kept copy of a number of the row with this identifier, changed by `change`.
+template <typename Change>
+void changeNumber(sqlite3* db, qint64 idt, Column column, Change change)
 {
     std::lock_guard lock(state().mutex);
     Answers* answers = answersOf(state(), db);
@@ -147,18 +150,18 @@ void setNumber(sqlite3* db, qint64 idt, Column column, qint64 storedValue)
         return;
     if (Row* row = rowOf(*answers, idt))
         if (qint64* number = numberOf(*row, column))
-            *number = storedValue;
+            change(*number);
+}
+} // namespace
+
+void setNumber(sqlite3* db, qint64 idt, Column column, qint64 storedValue)
+{
+    changeNumber(db, idt, column, [storedValue](qint64& number) { number = storedValue; });
 }
 
 void addToNumber(sqlite3* db, qint64 idt, Column column, qint64 delta)
 {
-    std::lock_guard lock(state().mutex);
-    Answers* answers = answersOf(state(), db);
-    if (!answers)
-        return;
-    if (Row* row = rowOf(*answers, idt))
-        if (qint64* number = numberOf(*row, column))
-            *number += delta;
+    changeNumber(db, idt, column, [delta](qint64& number) { number += delta; });
 }
 
 void forgetURL(sqlite3* db, const QString& bareURL)

@@ -154,6 +154,24 @@ protected:
         site.page("/", "Home", links);
     }
 
+    // "/" links to `count` pages, each answered 4 ms late and linking to the next and to one of
+    // `missing` missing pages: slow enough that a crawl is seen in the middle, many times over.
+    void slowSite(int count, int missing)
+    {
+        std::string links;
+        for (int i = 1; i <= count; ++i) {
+            links += anchor("p" + std::to_string(i) + ".html", "P" + std::to_string(i));
+            const std::string html = htmlPage("P" + std::to_string(i),
+                                              anchor("p" + std::to_string(i % count + 1) + ".html", "Next")
+                                                  + anchor("gone" + std::to_string(i % missing) + ".html", "Gone"));
+            site.server.route("/p" + std::to_string(i) + ".html", [html](const HttpRequest&, HttpResponse& response) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(4));
+                response.setContent(html, "text/html; charset=utf-8");
+            });
+        }
+        site.page("/", "Home", links);
+    }
+
     std::vector<std::string> shownURLs() const
     {
         std::vector<std::string> urls;
@@ -194,18 +212,7 @@ TEST_F(CrawlThreadsTest, PagesAreCrawledWhileTheWindowsThreadIsBusy)
 
 TEST_F(CrawlThreadsTest, ListsAreBrowsedSortedAndFilteredDuringACrawlAndShowOnlyCommittedRows)
 {
-    // Slow enough that the crawl is seen in the middle, many times over.
-    std::string links;
-    for (int i = 1; i <= 300; ++i) {
-        links += anchor("p" + std::to_string(i) + ".html", "P" + std::to_string(i));
-        const std::string html = htmlPage("P" + std::to_string(i), anchor("p" + std::to_string(i % 300 + 1) + ".html", "Next")
-                                                                       + anchor("gone" + std::to_string(i % 7) + ".html", "Gone"));
-        site.server.route("/p" + std::to_string(i) + ".html", [html](const HttpRequest&, HttpResponse& response) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(4));
-            response.setContent(html, "text/html; charset=utf-8");
-        });
-    }
-    site.page("/", "Home", links);
+    slowSite(300, 7);
     ProjectPtr project = app.createAndShowProject(QStringLiteral("browse"), U("/"));
     const QString path = project->full_sqlite_name();
     CrawlEnds ends(controller());
@@ -254,17 +261,7 @@ TEST_F(CrawlThreadsTest, ListsAreBrowsedSortedAndFilteredDuringACrawlAndShowOnly
 
 TEST_F(CrawlThreadsTest, AuditTabsPagePanelMapAndChartsReadOnlyCommittedRowsDuringACrawl)
 {
-    std::string links;
-    for (int i = 1; i <= 200; ++i) {
-        links += anchor("p" + std::to_string(i) + ".html", "P" + std::to_string(i));
-        const std::string html = htmlPage("P" + std::to_string(i), anchor("p" + std::to_string(i % 200 + 1) + ".html", "Next")
-                                                                       + anchor("gone" + std::to_string(i % 5) + ".html", "Gone"));
-        site.server.route("/p" + std::to_string(i) + ".html", [html](const HttpRequest&, HttpResponse& response) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(4));
-            response.setContent(html, "text/html; charset=utf-8");
-        });
-    }
-    site.page("/", "Home", links);
+    slowSite(200, 5);
     ProjectPtr project = app.createAndShowProject(QStringLiteral("audit-during"), U("/"));
     const QString path = project->full_sqlite_name();
     CrawlEnds ends(controller());
