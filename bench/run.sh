@@ -2,11 +2,13 @@
 # Crawl benchmark: quillmere against wget --spider on the same sites, served by nginx on 127.0.0.1.
 #   bench/run.sh [--runs K] [--latency MS] [--latency-pages N] [--docs] [--parallel N]
 #                [--linkchecker] [SITE ...]
-# Sites (all four by default, else those named):
+# Sites (all five by default, else those named):
 #   N        a generated site of N pages on disk (2000 and 20000 by default)
 #   N@MS     a generated site of N pages behind a proxy that answers each request MS ms late
 #            (--latency MS adds one of --latency-pages pages, 650 by default; default 650@20)
 #   docs     the PostgreSQL manual Debian ships (postgresql-doc-15), a real HTML tree (--docs)
+#   python   the Python 3.11 documentation Debian ships (python3.11-doc), its canonical links
+#            taken out: each page names its file:// address as canonical, where a crawl stops
 # Each site is crawled K times by each tool (3 by default), the two taking turns and swapping
 # which goes first from one round to the next. Each crawl prints pages/s, CPU time (user+sys)
 # and wall time per page, peak RSS; each site the median and range over the rounds of the
@@ -37,15 +39,15 @@ while [ $# -gt 0 ]; do
     --parallel) parallel="${2:?--parallel needs a count}"; shift ;;
     --linkchecker) with_linkchecker=1 ;;
     -h|--help) usage ;;
-    docs|[0-9]*) sites+=("$1") ;;
+    docs|python|[0-9]*) sites+=("$1") ;;
     *) echo "run.sh: unknown argument $1" >&2; usage ;;
   esac
   shift
 done
 for ms in "${latencies[@]}"; do sites+=("$latency_pages@$ms"); done
-[ ${#sites[@]} -eq 0 ] && sites=(2000 20000 650@20 docs)
+[ ${#sites[@]} -eq 0 ] && sites=(2000 20000 650@20 docs python)
 for s in "${sites[@]}"; do
-  [[ "$s" =~ ^(docs|[0-9]+|[0-9]+@[0-9]+(\.[0-9]+)?)$ ]] || { echo "run.sh: bad site '$s'" >&2; usage; }
+  [[ "$s" =~ ^(docs|python|[0-9]+|[0-9]+@[0-9]+(\.[0-9]+)?)$ ]] || { echo "run.sh: bad site '$s'" >&2; usage; }
 done
 [[ "$runs" =~ ^[1-9][0-9]*$ ]] || { echo "run.sh: --runs wants a positive count" >&2; exit 2; }
 
@@ -162,6 +164,19 @@ for site_id in "${sites[@]}"; do
       # Its start page is index.html, which nginx serves for "/": the project names the site.
       start_url="http://$host/"
       site_label="PostgreSQL 15 manual ($(find "$docs_dir" -name '*.html' | wc -l) HTML files), disk"
+      ;;
+    python)
+      site_kind=docs; site_size=-
+      python_dir=/usr/share/doc/python3.11/html
+      if [ ! -f "$python_dir/index.html" ]; then
+        echo "run.sh: $python_dir/index.html is missing (package python3.11-doc)" >&2; exit 1
+      fi
+      site_dir="$work/python"
+      cp -rL "$python_dir" "$site_dir"
+      find "$site_dir" -name '*.html' -exec sed -i 's|<link rel="canonical"[^>]*>||g' {} +
+      start_nginx "$site_dir"
+      start_url="http://$host/"
+      site_label="Python 3.11 documentation ($(find "$site_dir" -name '*.html' | wc -l) HTML files, canonical links removed), disk"
       ;;
     *@*)
       site_kind=latency; site_size="${site_id%@*}"; delay_ms="${site_id#*@}"
