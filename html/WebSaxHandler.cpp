@@ -43,7 +43,16 @@ const char* attributeOf(const char* const* attributes, const char* name)
 
 QString text(const char* utf8)
 {
-    return utf8 ? QString::fromUtf8(utf8) : QString();
+    if (!utf8)
+        return QString();
+    // Qt's decoding drops a byte order mark at the start of what it decodes; in an attribute
+    // it is a character of the value (an id that is only U+FEFF is still an id).
+    QString marks;
+    while (std::strncmp(utf8, "\xEF\xBB\xBF", 3) == 0) {
+        marks.append(QChar(0xFEFF));
+        utf8 += 3;
+    }
+    return marks.isEmpty() ? QString::fromUtf8(utf8) : marks + QString::fromUtf8(utf8);
 }
 
 bool equalsCaseless(const char* value, const char* expected)

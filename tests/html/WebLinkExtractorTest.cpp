@@ -313,6 +313,15 @@ TEST(WebLinkExtractorTest, IdsAndAnchorNamesAreFragmentTargets)
     EXPECT_TRUE(page.links.isEmpty());
 }
 
+TEST(WebLinkExtractorTest, AByteOrderMarkAtTheStartOfAnAttributeIsPartOfItsValue)
+{
+    // A value that is only U+FEFF is an id all the same; one that starts with it keeps it.
+    const WebPageScan page = scan("<p id=\xef\xbb\xbf>p</p><p id='\xef\xbb\xbf\xef\xbb\xbfx'>q</p>"
+                                  "<a name='\xef\xbb\xbfn'>n</a>");
+    EXPECT_EQ(page.fragmentIds, (QSet<QString>{QString(QChar(0xFEFF)), QString(QChar(0xFEFF)) + QChar(0xFEFF) + u'x',
+                                               QString(QChar(0xFEFF)) + u'n'}));
+}
+
 TEST(WebLinkExtractorTest, NofollowIsAnyRelToken)
 {
     const WebPageScan page = scan("<a href=1 rel='noopener nofollow'>1</a><a href=2 rel=' NoFollow '>2</a>"
