@@ -227,20 +227,19 @@ QuillmerePagePtr QuillmerePage::getPageFromPath(const QString& path, const QStri
 QuillmerePagePtr QuillmerePage::getPageFromURL(const QString& url, const ProjectPtr& project)
 {
     sqlite3* db = databaseOf(project);
-    sqlite3_stmt* stmt = nullptr;
-    if (!prepare(db, kGetPageFromURL, &stmt)) {
-        DebugTrace("getPageFromURL Error::%s", sqlite3_errmsg(db));
-        return nullptr;
-    }
     const QString bare = withoutLastSlash(url);
+    // An answer kept in memory needs no statement at all (it is asked for several times a link).
     QuillmerePagePtr kept;
     bool keptAbsent = false;
     if (const auto row = PageRowCache::find(db, bare, &keptAbsent))
         kept = pageOf(*row, project);
     const bool fromMemory = kept || keptAbsent;
-    if (fromMemory && !PageRowCache::isChecking()) {
-        finish(stmt);
+    if (fromMemory && !PageRowCache::isChecking())
         return kept;
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kGetPageFromURL, &stmt)) {
+        DebugTrace("getPageFromURL Error::%s", sqlite3_errmsg(db));
+        return nullptr;
     }
     bindText(stmt, 1, bare + QLatin1Char('/'));
     bindText(stmt, 2, bare);
