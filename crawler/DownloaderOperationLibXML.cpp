@@ -7,7 +7,7 @@
 #include "fetch/SynchronizedWebCall.h"
 #include "fetch/URLConnection.h"
 #include "html/HTMLLink.h"
-#include "html/HTMLParser.h"
+#include "html/PageFacts.h"
 #include "html/PathOperations.h"
 #include "html/RobotEntry.h"
 #include "html/StringOperations.h"
@@ -35,26 +35,9 @@ QString decodeUtf8OrNull(const QByteArray& data)
     return decoder.hasError() ? QString() : text;
 }
 
-HTMLNodePtr firstChildTag(const HTMLNodePtr& node, const QString& tag)
+QString titleOf(const PageFacts& page)
 {
-    return node ? node->findChildTag(tag) : HTMLNodePtr();
-}
-
-QList<HTMLNodePtr> childTags(const HTMLNodePtr& node, const QString& tag)
-{
-    return node ? node->findChildTags(tag) : QList<HTMLNodePtr>();
-}
-
-QString attribute(const HTMLNodePtr& node, const QString& name)
-{
-    return node ? node->getAttributeNamed(name) : QString();
-}
-
-QString titleOf(const HTMLNodePtr& head)
-{
-    QString title;
-    if (HTMLNodePtr titleNode = firstChildTag(head, QStringLiteral("title")))
-        title = stringByTrim(titleNode->contents());
+    QString title = stringByTrim(page.titleText);
     if (title.isEmpty())
         title = QStringLiteral("No Title");
     return title;
@@ -65,13 +48,13 @@ struct RobotsDirectives {
     bool noFollow = false;
 };
 
-RobotsDirectives robotsDirectivesOf(const HTMLNodePtr& head)
+RobotsDirectives robotsDirectivesOf(const PageFacts& page)
 {
     RobotsDirectives directives;
-    for (const auto& meta : childTags(head, QStringLiteral("meta"))) {
-        if (!isEqualCaseInsensitive(attribute(meta, QStringLiteral("name")), QStringLiteral("robots")))
+    for (const HeadElementFacts& meta : page.metas) {
+        if (!isEqualCaseInsensitive(meta.first, QStringLiteral("robots")))
             continue;
-        const QString content = attribute(meta, QStringLiteral("content"));
+        const QString& content = meta.second;
         if (content.contains(QStringLiteral("noindex"), Qt::CaseInsensitive))
             directives.noIndex = true;
         if (content.contains(QStringLiteral("nofollow"), Qt::CaseInsensitive))
@@ -82,13 +65,13 @@ RobotsDirectives robotsDirectivesOf(const HTMLNodePtr& head)
 
 // The last canonical link of the head, null when there is none or when it names the page
 // itself.
-QString canonicalOf(const HTMLNodePtr& head, const QString& url)
+QString canonicalOf(const PageFacts& page, const QString& url)
 {
     QString canonical;
-    for (const auto& link : childTags(head, QStringLiteral("link"))) {
-        if (!isEqualCaseInsensitive(attribute(link, QStringLiteral("rel")), QStringLiteral("canonical")))
+    for (const HeadElementFacts& link : page.links) {
+        if (!isEqualCaseInsensitive(link.first, QStringLiteral("canonical")))
             continue;
-        const QString href = attribute(link, QStringLiteral("href"));
+        const QString& href = link.second;
         canonical = (!href.isNull() && canonicalComparisonForm(href) == canonicalComparisonForm(url)) ? QString() : href;
     }
     return canonical;
@@ -367,7 +350,7 @@ void DownloaderOperationLibXML::downloadAndPerformURL(const QString& url, const 
         // A fault while analysing one page abandons that page only; what was recorded stays.
         DebugTrace("downloadAndPerformURL exception (%s)", qPrintable(url));
     }
-    // The page's tree is freed by a fetch thread: the analysis has let go of every node.
+    // The page's reading is freed by a fetch thread, off the serial path.
     prefetchedReading_.reset();
     if (fetchAhead_)
         fetchAhead_->dispose(std::move(pageInHand_));
@@ -386,13 +369,9 @@ void DownloaderOperationLibXML::analysePage(const QString& url, const QString& p
         return;
     }
     pageInHand_ = saveAndRead(data, url, path);
-    const HTMLParserPtr parser = pageInHand_->parser;
-    if (!parser)
-        return;
-
-    const HTMLNodePtr head = parser->head();
-    const QString title = titleOf(head);
-    if (stopsAtRobotsDirectives(url, head, title, currentPage) || stopsAtCanonical(url, head, title, currentPage))
+    const PageFacts& page = pageInHand_->facts;
+    const QString title = titleOf(page);
+    if (stopsAtRobotsDirectives(url, page, title, currentPage) || stopsAtCanonical(url, page, title, currentPage))
         return;
 
     if (currentPage)
@@ -468,10 +447,10 @@ PageReadingPtr DownloaderOperationLibXML::saveAndRead(const QByteArray& data, co
 
 // A page marked both noindex and nofollow is analysed no further; noindex alone is
 // recorded and the analysis goes on. True when it stops here.
-bool DownloaderOperationLibXML::stopsAtRobotsDirectives(const QString& url, const HTMLNodePtr& head,
+bool DownloaderOperationLibXML::stopsAtRobotsDirectives(const QString& url, const PageFacts& page,
                                                         const QString& title, const QuillmerePagePtr& currentPage)
 {
-    const RobotsDirectives directives = robotsDirectivesOf(head);
+    const RobotsDirectives directives = robotsDirectivesOf(page);
     if (directives.noIndex && directives.noFollow) {
         if (url == project_->url())
             startPageStop_ = StartPageStop{StartPageStop::Kind::NoIndexNoFollow, QString()};
@@ -491,10 +470,10 @@ bool DownloaderOperationLibXML::stopsAtRobotsDirectives(const QString& url, cons
 
 // A page naming another URL as its canonical form is analysed no further. True when it
 // stops here.
-bool DownloaderOperationLibXML::stopsAtCanonical(const QString& url, const HTMLNodePtr& head, const QString& title,
+bool DownloaderOperationLibXML::stopsAtCanonical(const QString& url, const PageFacts& page, const QString& title,
                                                  const QuillmerePagePtr& currentPage)
 {
-    const QString canonical = canonicalOf(head, url);
+    const QString canonical = canonicalOf(page, url);
     if (canonical.isNull())
         return false;
     if (url == project_->url())
@@ -513,7 +492,7 @@ bool DownloaderOperationLibXML::recordLinks(const PageReading& page, qint32 dept
 {
     if (page.fault && page.faultIndex < 0)
         std::rethrow_exception(page.fault);
-    const qint32 anchorCount = qint32(page.anchors.size());
+    const qint32 anchorCount = qint32(page.links.size());
     initLinkProgressWithMaxValue(anchorCount);
     for (qint32 n = 1; n <= anchorCount; ++n) {
         setLinkProgressWithValue(n, anchorCount);
@@ -544,13 +523,6 @@ bool DownloaderOperationLibXML::recordLinks(const PageReading& page, qint32 dept
                               currentPage);
     }
     return true;
-}
-
-// An anchor worth a link record: it has an href, is not a nofollow link the project
-// leaves alone, and is neither mail nor script.
-bool DownloaderOperationLibXML::isFollowedAnchor(const HTMLNodePtr& anchor) const
-{
-    return PageReading::isFollowedAnchor(anchor, project_->explore_no_follow());
 }
 
 // Queues the link targets not queued yet and not analysed already.

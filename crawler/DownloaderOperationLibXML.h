@@ -20,7 +20,7 @@
 class CrawlTransaction;
 class FetchAhead;
 class HTMLLink;
-class HTMLNode;
+struct PageFacts;
 class HTMLParser;
 class Project;
 class RequestPacer;
@@ -153,13 +153,12 @@ private:
     void recordPageWithoutHTML(const QString& url, const QString& path, const QString& documentName, qint32 depth,
                                const QuillmerePagePtr& currentPage);
     PageReadingPtr saveAndRead(const QByteArray& data, const QString& url, const QString& path);
-    bool stopsAtRobotsDirectives(const QString& url, const std::shared_ptr<HTMLNode>& head, const QString& title,
+    bool stopsAtRobotsDirectives(const QString& url, const PageFacts& page, const QString& title,
                                  const QuillmerePagePtr& currentPage);
-    bool stopsAtCanonical(const QString& url, const std::shared_ptr<HTMLNode>& head, const QString& title,
+    bool stopsAtCanonical(const QString& url, const PageFacts& page, const QString& title,
                           const QuillmerePagePtr& currentPage);
     bool recordLinks(const PageReading& page, qint32 depth, const QuillmerePagePtr& currentPage,
                      QList<std::shared_ptr<HTMLLink>>* linksToQueue);
-    bool isFollowedAnchor(const std::shared_ptr<HTMLNode>& anchor) const;
     void queueLinks(const QList<std::shared_ptr<HTMLLink>>& links, qint32 depth);
     void performRedirect(const QString& url, qint32 depth);
     void logAnomaly(const QString& entry);

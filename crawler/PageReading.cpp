@@ -1,5 +1,6 @@
 #include "crawler/PageReading.h"
 
+#include "html/PageFactsReader.h"
 #include "html/StringOperations.h"
 
 PageReadingPtr PageReading::read(const QByteArray& data, const QString& url, const QString& path,
@@ -10,25 +11,19 @@ PageReadingPtr PageReading::read(const QByteArray& data, const QString& url, con
     auto reading = std::make_shared<PageReading>();
     reading->url = url;
     reading->path = path;
-    AppError parseError;
-    reading->parser = HTMLParser::initWithData(data, &parseError);
-    if (!reading->parser || parseError.code != 0) {
-        reading->parser.reset();
-        return reading;
-    }
     try {
-        if (const HTMLNodePtr body = reading->parser->body())
-            reading->anchors = body->findChildTags(QStringLiteral("a"));
+        reading->facts = PageFactsReader::read(data);
     } catch (...) {
         reading->fault = std::current_exception();
-        reading->anchors.clear();
+        reading->facts = PageFacts();
         return reading;
     }
-    reading->links.reserve(reading->anchors.size());
-    for (const HTMLNodePtr& anchor : reading->anchors) {
+    const QList<AnchorFacts>& anchors = reading->facts.anchors;
+    reading->links.reserve(anchors.size());
+    for (const AnchorFacts& anchor : anchors) {
         try {
             reading->links.append(isFollowedAnchor(anchor, exploreNoFollow)
-                                      ? HTMLLink::initWithHTMLNode(anchor, path, url, projectURL)
+                                      ? HTMLLink::initWithAnchorFacts(anchor, path, url, projectURL)
                                       : HTMLLinkPtr());
         } catch (...) {
             reading->fault = std::current_exception();
@@ -37,17 +32,17 @@ PageReadingPtr PageReading::read(const QByteArray& data, const QString& url, con
         }
     }
     // Past a fault, no link.
-    while (reading->links.size() < reading->anchors.size())
+    while (reading->links.size() < anchors.size())
         reading->links.append(HTMLLinkPtr());
     return reading;
 }
 
-bool PageReading::isFollowedAnchor(const HTMLNodePtr& anchor, bool exploreNoFollow)
+bool PageReading::isFollowedAnchor(const AnchorFacts& anchor, bool exploreNoFollow)
 {
-    const QString rawHref = anchor->getAttributeNamed(QStringLiteral("href"));
+    const QString& rawHref = anchor.href;
     if (rawHref.isNull())
         return false;
-    if (anchor->getAttributeNamed(QStringLiteral("rel")) == QLatin1String("nofollow") && !exploreNoFollow)
+    if (anchor.rel == QLatin1String("nofollow") && !exploreNoFollow)
         return false;
     const QString href = stringByTrim(rawHref);
     if (href.size() >= 7 && hasPrefixCaseInsensitive(href, QStringLiteral("mailto:")))

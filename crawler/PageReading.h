@@ -1,7 +1,7 @@
 #pragma once
 
 #include "html/HTMLLink.h"
-#include "html/HTMLParser.h"
+#include "html/PageFacts.h"
 
 #include <QByteArray>
 #include <QList>
@@ -10,13 +10,12 @@
 #include <exception>
 #include <memory>
 
-// A fetched page as the analysis reads it: its parse, the anchors of its body, and for each
-// anchor the link it makes, null for one the crawl does not follow. It depends on the bytes
+// A fetched page as the analysis reads it: what it reads of the head, the anchors of its body,
+// and for each anchor the link it makes, null for one the crawl does not follow. It depends on the bytes
 // and on the page's URL and path only, so a fetch thread can make it while the crawler's
 // thread records the page before.
 struct PageReading {
-    HTMLParserPtr parser;
-    QList<HTMLNodePtr> anchors;
+    PageFacts facts;
     QList<HTMLLinkPtr> links;
     // What the links were resolved against.
     QString url;
@@ -32,7 +31,7 @@ struct PageReading {
                                              const QString& projectURL, bool exploreNoFollow);
     // An anchor worth a link record: it has an href, is not a nofollow link the project
     // leaves alone, and is neither mail nor script.
-    static bool isFollowedAnchor(const HTMLNodePtr& anchor, bool exploreNoFollow);
+    static bool isFollowedAnchor(const AnchorFacts& anchor, bool exploreNoFollow);
 };
 
 using PageReadingPtr = std::shared_ptr<PageReading>;

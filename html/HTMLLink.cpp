@@ -49,15 +49,20 @@ QString withoutFragment(const QString& url)
 
 HTMLLink::HTMLLink(const HTMLNodePtr& node, const QString& currentPath, const QString& currentFullURL,
                    const QString& projectBaseURL)
-    : debugAnchor_(QStringLiteral("A0"))
+    : HTMLLink(node ? AnchorFacts::fromNode(*node) : AnchorFacts(), currentPath, currentFullURL, projectBaseURL)
+{
+}
+
+HTMLLink::HTMLLink(const AnchorFacts& anchor, const QString& currentPath, const QString& currentFullURL,
+                   const QString& projectBaseURL)
+    : href_(anchor.href)
+    , debugAnchor_(QStringLiteral("A0"))
     , debugHRef_(QStringLiteral("L0"))
     , currentPath_(currentPath)
     , currentFullURL_(currentFullURL)
     , projectBaseURL_(projectBaseURL)
 {
-    if (node)
-        href_ = node->getAttributeNamed(QStringLiteral("href"));
-    resolveAnchor(node);
+    resolveAnchor(anchor);
     resolveHref();
 }
 
@@ -67,41 +72,40 @@ HTMLLinkPtr HTMLLink::initWithHTMLNode(const HTMLNodePtr& node, const QString& c
     return std::make_shared<HTMLLink>(node, currentPath, currentFullURL, projectBaseURL);
 }
 
-void HTMLLink::resolveAnchor(const HTMLNodePtr& nodePtr)
+HTMLLinkPtr HTMLLink::initWithAnchorFacts(const AnchorFacts& anchor, const QString& currentPath,
+                                          const QString& currentFullURL, const QString& projectBaseURL)
 {
-    const HTMLNode none;
-    const HTMLNode& node = nodePtr ? *nodePtr : none;
+    return std::make_shared<HTMLLink>(anchor, currentPath, currentFullURL, projectBaseURL);
+}
 
+void HTMLLink::resolveAnchor(const AnchorFacts& node)
+{
     // Only the first child's own text counts: an anchor that starts with an image or a span
     // falls through to the attributes.
-    const QString text = stringByTrim(node.contents());
+    const QString text = stringByTrim(node.firstChildText);
     if (!text.isEmpty()) {
         anchor_ = text;
         debugAnchor_ = QStringLiteral("A1");
         return;
     }
-    const QString alt = node.getAttributeNamed(QStringLiteral("alt"));
-    if (!alt.isNull()) {
-        anchor_ = alt;
+    if (!node.alt.isNull()) {
+        anchor_ = node.alt;
         debugAnchor_ = QStringLiteral("A2");
         return;
     }
-    const QString title = node.getAttributeNamed(QStringLiteral("title"));
-    if (!title.isNull()) {
-        anchor_ = title;
+    if (!node.title.isNull()) {
+        anchor_ = node.title;
         debugAnchor_ = QStringLiteral("A3");
         return;
     }
-    if (const HTMLNodePtr image = node.findChildTag(QStringLiteral("img"))) {
-        const QString imageAlt = image->getAttributeNamed(QStringLiteral("alt"));
-        if (!imageAlt.isNull()) {
-            anchor_ = imageAlt;
+    if (node.hasImage) {
+        if (!node.imageAlt.isNull()) {
+            anchor_ = node.imageAlt;
             debugAnchor_ = QStringLiteral("A4");
             return;
         }
-        const QString source = image->getAttributeNamed(QStringLiteral("src"));
-        if (!source.isNull()) {
-            anchor_ = source;
+        if (!node.imageSource.isNull()) {
+            anchor_ = node.imageSource;
             debugAnchor_ = QStringLiteral("A5");
             return;
         }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "html/HTMLNode.h"
+#include "html/PageFacts.h"
 #include "html/RobotEntry.h"
 
 #include <QList>
@@ -29,6 +30,11 @@ public:
     // holding it ("/" or "/dir"), projectBaseURL the project's start URL.
     static HTMLLinkPtr initWithHTMLNode(const HTMLNodePtr& node, const QString& currentPath,
                                         const QString& currentFullURL, const QString& projectBaseURL);
+    // The same link from what a page reading kept of the anchor.
+    HTMLLink(const AnchorFacts& anchor, const QString& currentPath, const QString& currentFullURL,
+             const QString& projectBaseURL);
+    static HTMLLinkPtr initWithAnchorFacts(const AnchorFacts& anchor, const QString& currentPath,
+                                           const QString& currentFullURL, const QString& projectBaseURL);
 
     // Resolves a relative href against a directory path; both outputs are cleared first.
     static void extractFromHRef(const QString& href, const QString& currentPath, QString& fullPath,
@@ -73,7 +79,7 @@ public:
     void setHeaders(const QVariantMap& v) { headers_ = v; }
 
 private:
-    void resolveAnchor(const HTMLNodePtr& node);
+    void resolveAnchor(const AnchorFacts& anchor);
     void resolveHref();
     void resolveAbsoluteHref();
 

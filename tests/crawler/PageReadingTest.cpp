@@ -35,8 +35,7 @@ TEST(PageReading, EveryAnchorHasItsLinkOrNoneForOneNotFollowed)
                                             "<a href=\"b.html\" rel=\"nofollow\">B</a><a href=\"/c.html\">C</a>",
                                             QStringLiteral("/dir/"));
     ASSERT_TRUE(reading);
-    ASSERT_TRUE(reading->parser);
-    EXPECT_EQ(reading->anchors.size(), 6);
+    EXPECT_EQ(reading->facts.anchors.size(), 6);
     EXPECT_EQ(hrefsOf(*reading), QStringList({kSite + "/dir/a.html", "-", "-", "-", "-", kSite + "/c.html"}));
     EXPECT_FALSE(reading->fault);
     EXPECT_EQ(reading->url, kSite + "/dir/page.html");
