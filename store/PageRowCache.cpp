@@ -11,8 +11,9 @@ namespace PageRowCache {
 
 namespace {
 // Past this many answers the memory is given back and filling starts over: a crawl of
-// millions of pages keeps to a bounded size.
-constexpr qsizetype kMaximumAnswers = 200000;
+// millions of pages keeps to a bounded size. An answer with its texts takes about 500 bytes,
+// so this is some 25 MB, and it covers every page of a site of documentation size.
+constexpr qsizetype kMaximumAnswers = 50000;
 
 struct Answers {
     QHash<QString, std::optional<Row>> byURL;  // nullopt: no row
