@@ -2,6 +2,8 @@
 # port on 127.0.0.1, nginx serving a generated site there, a delaying proxy in front of it, and
 # number formatting.
 #   root=... ; source "$root/bench/lib.sh"
+# QUILLMERE_BENCH_PORT=N serves on that port instead of a free one (a site generated with
+# absolute links for it can then be served again).
 # Sets work, port, host, proxy_port, proxy_host; defines start_nginx SITE_DIR, stop_nginx,
 # start_delay_proxy MS, stop_delay_proxy, free_port, seconds S, ratio A B.
 
@@ -16,7 +18,7 @@ bench_cleanup() {
 trap bench_cleanup EXIT
 
 free_port() { python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1",0)); print(s.getsockname()[1])'; }
-port=$(free_port)
+port=${QUILLMERE_BENCH_PORT:-$(free_port)}
 host="127.0.0.1:$port"
 proxy_port=$(free_port)
 while [ "$proxy_port" = "$port" ]; do proxy_port=$(free_port); done

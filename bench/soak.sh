@@ -12,6 +12,8 @@
 # page (linked from every page), `broken`, `redirects`, `sitemap`, `show` and `check`.
 # Exit status 1 when a target is missed or a command fails.
 # QUILLMERE=path/to/quillmere skips the build and crawls with that program;
+# QUILLMERE_SOAK_SITE=DIR generates the site there once and reuses it (with the same
+# QUILLMERE_BENCH_PORT: the pages hold absolute links);
 # QUILLMERE_BUILD_LOCK=FILE builds under flock FILE (for machines where builds share a tree).
 set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
@@ -30,9 +32,17 @@ fi
 quillmere="${QUILLMERE:-$root/build/release/cli/quillmere}"
 source "$root/bench/lib.sh"
 
-site="$work/site"
-echo "generating $n pages..." >&2
-python3 "$root/bench/generate_site.py" "$n" "$site" "$host"
+# QUILLMERE_SOAK_SITE=DIR keeps the generated site there for the next run of the same size
+# (a million pages take minutes to write).
+site="${QUILLMERE_SOAK_SITE:-$work/site}"
+if [ -f "$site/.generated-$n-$host" ]; then
+  echo "reusing the $n pages in $site" >&2
+else
+  echo "generating $n pages..." >&2
+  rm -rf "$site"
+  python3 "$root/bench/generate_site.py" "$n" "$site" "$host"
+  touch "$site/.generated-$n-$host"
+fi
 start_nginx "$site"
 
 data="$work/data"
