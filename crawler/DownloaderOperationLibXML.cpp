@@ -191,9 +191,11 @@ void DownloaderOperationLibXML::loadRobotsTxt()
 void DownloaderOperationLibXML::reportQueueCounts(bool recount)
 {
     // Counting the queue costs a walk of its index, which on a large site made every page
-    // slower than the one before. The counts are taken from the database before each batch
-    // and followed in memory in between: this operation is the only writer of the queue
-    // while it runs, so the figures are the same.
+    // slower than the one before (at a million entries, a batch of 100 pages walked the
+    // whole queue twice). The counts are taken from the database once and followed in
+    // memory after: this operation is the only writer of the queue while it runs, so the
+    // figures are the same. A refused commit undoes writes already counted: they are taken
+    // again then.
     if (recount || !queueCountsKnown_) {
         waitingCount_ = QuillmereDownloaderQueue::countWaitingDownloaderQueueForProject(project_);
         doneCount_ = QuillmereDownloaderQueue::countDoneDownloaderQueueForProject(project_);
@@ -217,7 +219,7 @@ void DownloaderOperationLibXML::downloadFromWaitingQueue()
     for (;;) {
         if (project_->isLimitDepthExpected() || project_->isLimitPageCountExpected() || batch.isEmpty())
             break;
-        reportQueueCounts(true);
+        reportQueueCounts(false);
         if (canContinue())
             walkBatch(batch);
         // What was fetched ahead of this batch is not needed: the next one is read afresh.
@@ -282,6 +284,7 @@ void DownloaderOperationLibXML::commitGroup()
     if (!committed) {
         databaseError_ = group_->errorMessage();
         setCanContinue(false);
+        queueCountsKnown_ = false;
     }
     group_.reset();
     entriesInGroup_ = 0;
@@ -309,7 +312,7 @@ void DownloaderOperationLibXML::fetchAheadFrom(const QList<QuillmereDownloaderQu
             // comes: asking the server for it would be a request for nothing.
             const QuillmerePagePtr known = getPageFromURL(url);
             if (known && !known->title().isEmpty())
-                analysedURLs_.insert(url);
+                rememberAnalysed(url);
             else
                 fetchAhead_->request(url, requiredOriginOf(url), entry->path());
         }
@@ -317,6 +320,14 @@ void DownloaderOperationLibXML::fetchAheadFrom(const QList<QuillmereDownloaderQu
         if (project_->limit_depth() != -1 && entry->depth() > project_->limit_depth())
             break;
     }
+}
+
+void DownloaderOperationLibXML::rememberAnalysed(const QString& url)
+{
+    constexpr qsizetype kMaximumRemembered = 50000;
+    if (analysedURLs_.size() >= kMaximumRemembered)
+        analysedURLs_.clear();
+    analysedURLs_.insert(url);
 }
 
 QUrl DownloaderOperationLibXML::requiredOriginOf(const QString& url) const
@@ -345,7 +356,7 @@ void DownloaderOperationLibXML::downloadAndPerformURL(const QString& url, const 
     try {
         analysePage(url, path, documentName, depth, currentPage);
         if (!pageAbandoned_)
-            analysedURLs_.insert(url);
+            rememberAnalysed(url);
     } catch (...) {
         // A fault while analysing one page abandons that page only; what was recorded stays.
         DebugTrace("downloadAndPerformURL exception (%s)", qPrintable(url));

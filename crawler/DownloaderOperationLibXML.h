@@ -163,6 +163,7 @@ private:
     void performRedirect(const QString& url, qint32 depth);
     void logAnomaly(const QString& entry);
     QUrl requiredOriginOf(const QString& url) const;
+    void rememberAnalysed(const QString& url);
     QByteArray fetchPage(const QString& url, const QUrl& origin);
     void fetchAheadFrom(const QList<QuillmereDownloaderQueuePtr>& batch, qsizetype next);
 
@@ -195,7 +196,8 @@ private:
     // analysis has in hand.
     PageReadingPtr prefetchedReading_;
     PageReadingPtr pageInHand_;
-    // Pages this run analysed: not worth fetching ahead again.
+    // Pages this run analysed lately: not worth fetching ahead again. Only a shortcut for the
+    // look-up that decides it, so it is emptied when full, to keep a long crawl's memory flat.
     QSet<QString> analysedURLs_;
     // The records of many entries go in one transaction: one commit for up to
     // kEntriesPerCommit pages fetched ahead instead of one for each. Each entry's writes and

@@ -6,6 +6,7 @@
 #include "store/FetchLog.h"
 #include "store/ManagedObjectContext.h"
 #include "store/ManagedObjectModel.h"
+#include "store/PageRowCache.h"
 #include "store/PersistentStoreCoordinator.h"
 #include "store/StatementCache.h"
 
@@ -298,6 +299,8 @@ void DataModelManager::truncateSQLite3Database(sqlite3* database)
     }
     if (grouped && sqlite3_exec(database, "commit", nullptr, nullptr, nullptr) != SQLITE_OK)
         sqlite3_exec(database, "rollback", nullptr, nullptr, nullptr);
+    // Answers a crawl keeps in memory for this connection are of the rows just removed.
+    PageRowCache::clear(database);
 }
 
 const char* const* DataModelManager::crawlDatabaseSchema(int* count)

@@ -170,8 +170,9 @@ QString FetchLog::brokenCondition()
 
 qint64 FetchLog::countBrokenLinks(const ProjectPtr& project)
 {
-    return countOf(QStringLiteral("select count(*) from Links L join Page T on T.idt = L.idt_page "
-                                  "join FetchLog F on F.url = T.url where ")
+    // From the broken targets to their links, not from every link to its target's log.
+    return countOf(QStringLiteral("select count(*) from FetchLog F cross join Page T on T.url = F.url "
+                                  "cross join Links L on L.idt_page = T.idt where ")
                        + brokenCondition(),
                    "countBrokenLinks", project);
 }

@@ -1,6 +1,7 @@
 #include "store/LinkHeaders.h"
 
 #include "base/DebugTrace.h"
+#include "store/PageRowCache.h"
 #include "store/RecordStatement.h"
 
 using namespace RecordStatement;
@@ -47,8 +48,13 @@ LinkHeadersPtr LinkHeaders::createLinkHeadersWithURL(const QString& url, const Q
     bindInt(stmt, 3, contentLength.value_or(0));
     bindInt(stmt, 4, downloadedLength.value_or(0));
     LinkHeadersPtr headers;
-    if (step(stmt, project) == SQLITE_DONE)
+    if (step(stmt, project) == SQLITE_DONE) {
         headers = std::make_shared<LinkHeaders>(url, contentType, contentLength, downloadedLength, project);
+        // The URL's first row may be this one now.
+        PageRowCache::forgetHeaders(db, url);
+    } else {
+        PageRowCache::clear(db);
+    }
     finish(stmt);
     return headers;
 }
@@ -56,6 +62,14 @@ LinkHeadersPtr LinkHeaders::createLinkHeadersWithURL(const QString& url, const Q
 LinkHeadersPtr LinkHeaders::getLinkHeadersWithURL(const QString& url, const ProjectPtr& project)
 {
     sqlite3* db = databaseOf(project);
+    // Asked for every link during a crawl: an answer kept in memory needs no statement.
+    bool keptAbsent = false;
+    const std::optional<PageRowCache::HeadersRow> kept = PageRowCache::findHeaders(db, url, &keptAbsent);
+    const bool fromMemory = kept || keptAbsent;
+    if (fromMemory && !PageRowCache::isChecking())
+        return kept ? std::make_shared<LinkHeaders>(kept->url, kept->contentType, kept->contentLength,
+                                                    kept->downloadedLength, project)
+                    : nullptr;
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, kGetLinkHeaders, &stmt)) {
         DebugTrace("getLinkHeadersWithURL Error::%s", sqlite3_errmsg(db));
@@ -63,9 +77,30 @@ LinkHeadersPtr LinkHeaders::getLinkHeadersWithURL(const QString& url, const Proj
     }
     bindText(stmt, 1, url);
     LinkHeadersPtr headers;
-    if (step(stmt, project) != SQLITE_DONE)
+    const int rc = step(stmt, project);
+    if (rc != SQLITE_DONE)
         headers = linkHeadersFromStatement(stmt, project);
     finish(stmt);
+    if (fromMemory) {
+        const bool same = kept ? headers && headers->url_ == kept->url && headers->contentType_ == kept->contentType
+                                     && headers->contentType_.isNull() == kept->contentType.isNull()
+                                     && headers->contentLength_ == kept->contentLength
+                                     && headers->downloadedLength_ == kept->downloadedLength
+                               : !headers;
+        PageRowCache::noteChecked(same, url, "LinkHeaders row");
+        return kept ? std::make_shared<LinkHeaders>(kept->url, kept->contentType, kept->contentLength,
+                                                    kept->downloadedLength, project)
+                    : nullptr;
+    }
+    if (rc == SQLITE_ROW || rc == SQLITE_DONE) {
+        if (headers) {
+            const PageRowCache::HeadersRow row{headers->url_, headers->contentType_, headers->contentLength_,
+                                               headers->downloadedLength_};
+            PageRowCache::rememberHeaders(db, url, &row);
+        } else {
+            PageRowCache::rememberHeaders(db, url, nullptr);
+        }
+    }
     return headers;
 }
 

@@ -18,7 +18,22 @@ constexpr qsizetype kMaximumAnswers = 50000;
 struct Answers {
     QHash<QString, std::optional<Row>> byURL;  // nullopt: no row
     QHash<qint64, QString> urlOfIdentifier;
+    QHash<QString, std::optional<HeadersRow>> headersByURL;
+    QHash<QString, bool> queued;
 };
+
+bool keyable(const QString& url)
+{
+    return !url.contains(QChar(0));
+}
+
+// A full table starts over, as for the page records.
+template <typename Table>
+void makeRoom(Table& table)
+{
+    if (table.size() >= kMaximumAnswers)
+        table.clear();
+}
 
 struct State {
     std::mutex mutex;
@@ -86,7 +101,7 @@ void disable(sqlite3* db)
             return;
     }
     if (checking.load())
-        std::fprintf(stderr, "page records checked: %lld answered from memory, %lld different from the database\n",
+        std::fprintf(stderr, "crawl look-ups checked: %lld answered from memory, %lld different from the database\n",
                      static_cast<long long>(fromMemory.load()), static_cast<long long>(wrong.load()));
 }
 
@@ -192,12 +207,76 @@ void forgetIdentifier(sqlite3* db, qint64 idt)
     answers->urlOfIdentifier.erase(url);
 }
 
+std::optional<HeadersRow> findHeaders(sqlite3* db, const QString& url, bool* absent)
+{
+    *absent = false;
+    if (!keyable(url))
+        return std::nullopt;
+    std::lock_guard lock(state().mutex);
+    Answers* answers = answersOf(state(), db);
+    if (!answers)
+        return std::nullopt;
+    const auto found = answers->headersByURL.constFind(url);
+    if (found == answers->headersByURL.cend())
+        return std::nullopt;
+    fromMemory.fetch_add(1, std::memory_order_relaxed);
+    if (!found.value())
+        *absent = true;
+    return found.value();
+}
+
+void rememberHeaders(sqlite3* db, const QString& url, const HeadersRow* row)
+{
+    if (!keyable(url))
+        return;
+    std::lock_guard lock(state().mutex);
+    if (Answers* answers = answersOf(state(), db)) {
+        makeRoom(answers->headersByURL);
+        answers->headersByURL.insert(url, row ? std::optional<HeadersRow>(*row) : std::nullopt);
+    }
+}
+
+void forgetHeaders(sqlite3* db, const QString& url)
+{
+    std::lock_guard lock(state().mutex);
+    if (Answers* answers = answersOf(state(), db))
+        answers->headersByURL.remove(url);
+}
+
+std::optional<bool> findQueued(sqlite3* db, const QString& url)
+{
+    if (!keyable(url))
+        return std::nullopt;
+    std::lock_guard lock(state().mutex);
+    Answers* answers = answersOf(state(), db);
+    if (!answers)
+        return std::nullopt;
+    const auto found = answers->queued.constFind(url);
+    if (found == answers->queued.cend())
+        return std::nullopt;
+    fromMemory.fetch_add(1, std::memory_order_relaxed);
+    return found.value();
+}
+
+void rememberQueued(sqlite3* db, const QString& url, bool queued)
+{
+    if (!keyable(url))
+        return;
+    std::lock_guard lock(state().mutex);
+    if (Answers* answers = answersOf(state(), db)) {
+        makeRoom(answers->queued);
+        answers->queued.insert(url, queued);
+    }
+}
+
 void clear(sqlite3* db)
 {
     std::lock_guard lock(state().mutex);
     if (Answers* answers = answersOf(state(), db)) {
         answers->byURL.clear();
         answers->urlOfIdentifier.clear();
+        answers->headersByURL.clear();
+        answers->queued.clear();
     }
 }
 
@@ -220,12 +299,12 @@ bool isChecking()
     return checking.load();
 }
 
-void noteChecked(bool same, const QString& url)
+void noteChecked(bool same, const QString& url, const char* what)
 {
     if (same)
         return;
     wrong.fetch_add(1);
-    std::fprintf(stderr, "page record of %s: the answer from memory differs from the database's\n",
+    std::fprintf(stderr, "%s of %s: the answer from memory differs from the database's\n", what,
                  url.toUtf8().constData());
 }
 

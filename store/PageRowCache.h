@@ -12,6 +12,10 @@ struct sqlite3;
 // the copy too, a new or removed row drops the answer for its URL, a write of many rows, a
 // failed write or a rolled-back transaction drops them all. Kept per connection, only for a
 // connection a crawl has switched it on for.
+// Two more questions a crawl asks per link are kept the same way: the first LinkHeaders row
+// of a URL (a new row for the URL drops the answer), and whether a URL is in the downloader
+// queue (a new entry makes it so). A URL holding a zero character is always left to the
+// database, which would compare only what comes before it.
 namespace PageRowCache {
 
 // One Page row as the database returns it.
@@ -28,6 +32,14 @@ struct Row {
     qint64 outLinkCount = 0;
     qint64 depth = 0;
     double weight = 0;
+};
+
+// The first LinkHeaders row of a URL, as the database returns it.
+struct HeadersRow {
+    QString url;
+    QString contentType;
+    std::optional<qint64> contentLength;
+    std::optional<qint64> downloadedLength;
 };
 
 enum class Column { Title, InLinkCount, OutLinkCount, IsNoIndex, IsNoFollow, IsCanonical };
@@ -49,6 +61,16 @@ void addToNumber(sqlite3* db, qint64 idt, Column column, qint64 delta);
 // A row was added for this URL, or the row with this identifier was removed.
 void forgetURL(sqlite3* db, const QString& bareURL);
 void forgetIdentifier(sqlite3* db, qint64 idt);
+// The LinkHeaders answer kept for a URL: nullopt when none is kept; else the row, or a
+// null row (through *absent) when the database had none.
+std::optional<HeadersRow> findHeaders(sqlite3* db, const QString& url, bool* absent);
+void rememberHeaders(sqlite3* db, const QString& url, const HeadersRow* row);
+// A LinkHeaders row was added for the URL.
+void forgetHeaders(sqlite3* db, const QString& url);
+// Whether the URL is in the downloader queue, when known.
+std::optional<bool> findQueued(sqlite3* db, const QString& url);
+void rememberQueued(sqlite3* db, const QString& url, bool queued);
+
 // Drops every answer kept for the connection.
 void clear(sqlite3* db);
 
@@ -60,8 +82,8 @@ QString storedForm(const QString& text);
 // for QUILLMERE_CHECK_PAGE_CACHE=1.
 void setChecking(bool on);
 bool isChecking();
-// A difference is also told on standard error, with the URL.
-void noteChecked(bool same, const QString& url);
+// A difference is also told on standard error, with the URL and what was asked.
+void noteChecked(bool same, const QString& url, const char* what = "page record");
 qint64 answersFromMemory();
 qint64 mismatches();
 

@@ -1,6 +1,7 @@
 #include "store/QuillmereDownloaderQueue.h"
 
 #include "base/DebugTrace.h"
+#include "store/PageRowCache.h"
 #include "store/RecordStatement.h"
 
 using namespace RecordStatement;
@@ -64,6 +65,9 @@ QuillmereDownloaderQueuePtr QuillmereDownloaderQueue::createDownloaderQueueWithU
     if (step(stmt, project) == SQLITE_DONE) {
         entry = std::make_shared<QuillmereDownloaderQueue>(sqlite3_last_insert_rowid(db), url, path, documentName,
                                                            depth, false, project);
+        PageRowCache::rememberQueued(db, url, true);
+    } else {
+        PageRowCache::clear(db);
     }
     finish(stmt);
     return entry;
@@ -123,6 +127,10 @@ qint64 QuillmereDownloaderQueue::countDownloaderQueueWithURL(const QString& url,
 bool QuillmereDownloaderQueue::pageURLIsAlreadyInQueue(const QString& url, const ProjectPtr& project)
 {
     sqlite3* db = databaseOf(project);
+    // Asked for every link during a crawl: an answer kept in memory needs no statement.
+    const std::optional<bool> kept = PageRowCache::findQueued(db, url);
+    if (kept && !PageRowCache::isChecking())
+        return *kept;
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, kIsInQueue, &stmt)) {
         DebugTrace("pageURLIsAlreadyInQueue Error::%s", sqlite3_errmsg(db));
@@ -130,9 +138,16 @@ bool QuillmereDownloaderQueue::pageURLIsAlreadyInQueue(const QString& url, const
     }
     bindText(stmt, 1, url);
     bool found = false;
-    if (step(stmt, project) != SQLITE_DONE)
+    const int rc = step(stmt, project);
+    if (rc != SQLITE_DONE)
         found = columnInt(stmt, 0) > 0;
     finish(stmt);
+    if (kept) {
+        PageRowCache::noteChecked(*kept == found, url, "queue entry");
+        return *kept;
+    }
+    if (rc == SQLITE_ROW || rc == SQLITE_DONE)
+        PageRowCache::rememberQueued(db, url, found);
     return found;
 }
 
