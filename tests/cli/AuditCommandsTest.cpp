@@ -169,6 +169,37 @@ TEST_F(AuditCommands, BrokenListsEveryBrokenTargetWithThePagesThatLinkToIt)
     EXPECT_EQ(md[1], "| --- | --- | --- | --- |");
 }
 
+// The pages linking to a broken target come by counter, then anchor, then linking page, then
+// in the order the links were recorded.
+TEST(AuditListingOrder, LinksToABrokenTargetComeByCounterAnchorLinkingPageThenAsRecorded)
+{
+    LocalHttpServer server;
+    ASSERT_TRUE(server.start());
+    QTemporaryDir dir;
+    const QString base = QString::fromStdString(server.baseUrl());
+    // Recorded b, a, c, then d twice: a, b and c each have one link in, d has two.
+    server.setPage("/", page("Home", link("/p/b.html", "b") + link("/p/a.html", "a") + link("/p/c.html", "c")
+                                         + link("/p/d.html", "d")));
+    server.setPage("/p/b.html", page("B", link("/missing.html", "same") + link("/p/d.html", "d")));
+    server.setPage("/p/a.html", page("A", link("/missing.html", "same")));
+    server.setPage("/p/c.html", page("C", link("/missing.html", "other")));
+    server.setPage("/p/d.html", page("D", link("/missing.html", "twice") + link("/missing.html", "twice")));
+    server.setPage("/missing.html", page("Gone", ""), "text/html", 404);
+    ASSERT_EQ(runCli({"new", "site", base}, dir.path()).exitCode, 0);
+    ASSERT_EQ(runCli({"crawl", "site"}, dir.path()).exitCode, 0);
+    const CliResult r = runCli({"broken", "site", "--format", "csv"}, dir.path());
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    QString csvError;
+    const QList<QStringList> rows = CsvParser::parse(r.out, &csvError);
+    ASSERT_TRUE(csvError.isEmpty()) << csvError.toStdString();
+    QStringList order;
+    for (int i = 1; i < rows.size(); ++i)
+        order << rows[i][2].mid(base.size()) + " " + rows[i][3];
+    EXPECT_EQ(order, (QStringList{"/p/c.html other", "/p/a.html same", "/p/b.html same", "/p/d.html twice",
+                                  "/p/d.html twice"}))
+        << r.out.toStdString();
+}
+
 TEST_F(AuditCommands, FailOnBrokenExitsWithFour)
 {
     CliResult r = crawl({"--fail-on-broken"});
