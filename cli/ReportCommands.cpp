@@ -21,6 +21,8 @@
 #include "store/QuillmerePage.h"
 
 #include <QMap>
+
+#include <sqlite3.h>
 #include <QUrl>
 
 namespace ReportCommands {
@@ -285,17 +287,29 @@ int runLinks(CliContext& context)
         return failed;
     if (!page)
         return failWith(ExitUsage, CliText::tr("CliErrorNoPageWithURL").arg(url, project->name()));
-    const QList<QuillmereLinkPagePtr> links = QuillmereLinkPage::getSourcesLinksFromPage(page, project);
-    if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
+    // One read transaction, so that the count in the title and the rows agree while a crawl
+    // writes; the rows are written as they are read (a home page can have millions).
+    sqlite3* db = project->sqlite3Database();
+    const bool snapshot = db && sqlite3_exec(db, "begin", nullptr, nullptr, nullptr) == SQLITE_OK;
+    const qint64 count = QuillmereLinkPage::countSourceLinks(*page, project);
+    if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read)) {
+        if (snapshot)
+            sqlite3_exec(db, "rollback", nullptr, nullptr, nullptr);
         return failed;
+    }
     ReportWriter writer(format,
                         {QStringLiteral("anchor"), QStringLiteral("url"), QStringLiteral("depth"), QStringLiteral("outLinkCount")},
                         {CliText::tr("LinkViewColumnAnchor"), CliText::tr("LinkViewColumnURL"),
                          CliText::tr("LinkViewColumnDepth"), CliText::tr("LinkViewColumnLinksOut")},
-                        CliText::tr("CliLinksTitle").arg(links.size()).arg(page->url()));
-    for (const auto& pair : links)
-        writer.addRow({pair->quillmereLink()->anchor(), pair->quillmerePage()->url(), pair->quillmerePage()->depth(),
-                       pair->quillmerePage()->outLinkCount()});
+                        CliText::tr("CliLinksTitle").arg(count).arg(page->url()));
+    QuillmereLinkPage::forEachSourceLink(*page, project, [&writer](const QuillmereLinkPage& pair) {
+        writer.addRow({pair.quillmereLink()->anchor(), pair.quillmerePage()->url(), pair.quillmerePage()->depth(),
+                       pair.quillmerePage()->outLinkCount()});
+    });
+    if (snapshot)
+        sqlite3_exec(db, "rollback", nullptr, nullptr, nullptr);
+    if (const int failed = ProjectAccess::databaseFailureStatus(project, ProjectAccess::Need::Read))
+        return failed;
     writer.finish();
     return ExitOk;
 }

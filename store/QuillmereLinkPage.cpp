@@ -14,21 +14,32 @@ const char* const kGetSourcesLinks =
     "P.is_canonical,P.in_link_count,P.out_link_count,P.depth,P.weight from Links L,Page P where L.idt_page = ? and "
     "L.idt_source = P.idt order by counter";
 
-QList<QuillmereLinkPagePtr> sourcesLinksOfIdentifier(qint64 identifier, const ProjectPtr& project)
+const char* const kCountSourcesLinks =
+    "select count(*) from Links L,Page P where L.idt_page = ? and L.idt_source = P.idt";
+
+bool forEachOfIdentifier(qint64 identifier, const ProjectPtr& project,
+                         const std::function<void(const QuillmereLinkPage&)>& visit)
 {
     sqlite3* db = databaseOf(project);
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, kGetSourcesLinks, &stmt)) {
         DebugTrace("getSourcesLinksFromPage:forProject: Error::%s", sqlite3_errmsg(db));
-        return {};
+        return false;
     }
     bindInt(stmt, 1, identifier);
-    QList<QuillmereLinkPagePtr> pairs;
     while (nextRow(stmt, project)) {
-        pairs.append(std::make_shared<QuillmereLinkPage>(QuillmereLinkPage::pageFromStatement(stmt, project),
-                                                         QuillmereLinkPage::linkFromStatement(stmt, project)));
+        visit(QuillmereLinkPage(QuillmereLinkPage::pageFromStatement(stmt, project),
+                                QuillmereLinkPage::linkFromStatement(stmt, project)));
     }
     finish(stmt);
+    return true;
+}
+
+QList<QuillmereLinkPagePtr> sourcesLinksOfIdentifier(qint64 identifier, const ProjectPtr& project)
+{
+    QList<QuillmereLinkPagePtr> pairs;
+    forEachOfIdentifier(identifier, project,
+                        [&pairs](const QuillmereLinkPage& pair) { pairs.append(std::make_shared<QuillmereLinkPage>(pair)); });
     return pairs;
 }
 
@@ -52,6 +63,28 @@ QList<QuillmereLinkPagePtr> QuillmereLinkPage::getSourcesLinksFromPage(const Qui
                                                                        const ProjectPtr& project)
 {
     return sourcesLinksOfIdentifier(target.idt(), project);
+}
+
+bool QuillmereLinkPage::forEachSourceLink(const QuillmerePage& target, const ProjectPtr& project,
+                                          const std::function<void(const QuillmereLinkPage&)>& visit)
+{
+    return forEachOfIdentifier(target.idt(), project, visit);
+}
+
+qint64 QuillmereLinkPage::countSourceLinks(const QuillmerePage& target, const ProjectPtr& project)
+{
+    sqlite3* db = databaseOf(project);
+    sqlite3_stmt* stmt = nullptr;
+    if (!prepare(db, kCountSourcesLinks, &stmt)) {
+        DebugTrace("countSourceLinks Error::%s", sqlite3_errmsg(db));
+        return 0;
+    }
+    bindInt(stmt, 1, target.idt());
+    qint64 count = 0;
+    if (step(stmt, project) == SQLITE_ROW)
+        count = columnInt(stmt, 0);
+    finish(stmt);
+    return count;
 }
 
 std::shared_ptr<QuillmereLink> QuillmereLinkPage::linkFromStatement(sqlite3_stmt* statement,

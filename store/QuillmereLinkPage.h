@@ -2,6 +2,7 @@
 
 #include <QList>
 
+#include <functional>
 #include <memory>
 
 struct sqlite3_stmt;
@@ -24,6 +25,11 @@ public:
                                                                const std::shared_ptr<Project>& project);
     static QList<QuillmereLinkPagePtr> getSourcesLinksFromPage(const QuillmerePage& target,
                                                                const std::shared_ptr<Project>& project);
+    // The same links one at a time, without holding them all (a home page can have millions),
+    // and how many there are. False when the database could not be read.
+    static bool forEachSourceLink(const QuillmerePage& target, const std::shared_ptr<Project>& project,
+                                  const std::function<void(const QuillmereLinkPage&)>& visit);
+    static qint64 countSourceLinks(const QuillmerePage& target, const std::shared_ptr<Project>& project);
     // Columns 0 to 3 of the joined row.
     static std::shared_ptr<QuillmereLink> linkFromStatement(sqlite3_stmt* statement,
                                                             const std::shared_ptr<Project>& project);
