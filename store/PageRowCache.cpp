@@ -111,20 +111,28 @@ bool isEnabled(sqlite3* db)
     return answersOf(state(), db) != nullptr;
 }
 
-std::optional<Row> find(sqlite3* db, const QString& bareURL, bool* absent)
+namespace {
+// The answer kept under key: nullopt when none is, else the row, or a null row (through
+// *absent) when the database had none. Called under the state's lock.
+template <typename Value>
+std::optional<Value> keptAnswer(const QHash<QString, std::optional<Value>>& table, const QString& key, bool* absent)
 {
-    *absent = false;
-    std::lock_guard lock(state().mutex);
-    Answers* answers = answersOf(state(), db);
-    if (!answers)
-        return std::nullopt;
-    const auto found = answers->byURL.constFind(bareURL);
-    if (found == answers->byURL.cend())
+    const auto found = table.constFind(key);
+    if (found == table.cend())
         return std::nullopt;
     fromMemory.fetch_add(1, std::memory_order_relaxed);
     if (!found.value())
         *absent = true;
     return found.value();
+}
+} // namespace
+
+std::optional<Row> find(sqlite3* db, const QString& bareURL, bool* absent)
+{
+    *absent = false;
+    std::lock_guard lock(state().mutex);
+    Answers* answers = answersOf(state(), db);
+    return answers ? keptAnswer(answers->byURL, bareURL, absent) : std::nullopt;
 }
 
 void remember(sqlite3* db, const QString& bareURL, const Row* row)
@@ -214,15 +222,7 @@ std::optional<HeadersRow> findHeaders(sqlite3* db, const QString& url, bool* abs
         return std::nullopt;
     std::lock_guard lock(state().mutex);
     Answers* answers = answersOf(state(), db);
-    if (!answers)
-        return std::nullopt;
-    const auto found = answers->headersByURL.constFind(url);
-    if (found == answers->headersByURL.cend())
-        return std::nullopt;
-    fromMemory.fetch_add(1, std::memory_order_relaxed);
-    if (!found.value())
-        *absent = true;
-    return found.value();
+    return answers ? keptAnswer(answers->headersByURL, url, absent) : std::nullopt;
 }
 
 void rememberHeaders(sqlite3* db, const QString& url, const HeadersRow* row)
