@@ -26,6 +26,8 @@
 
 #include <utility>
 
+#include <sqlite3.h>
+
 namespace {
 // Strict UTF-8: a file with invalid sequences gives no text at all.
 QString decodeUtf8OrNull(const QByteArray& data)
@@ -152,9 +154,16 @@ void DownloaderOperationLibXML::main()
         // (this operation is the connection's only writer meanwhile).
         sqlite3* db = project_->sqlite3Database();
         PageRowCache::enable(db);
+        // The walk looks pages up by URL and updates the counters of pages anywhere in the
+        // file: on a large site a bigger page cache keeps that off the disk. Given back after.
+        sqlite3_exec(db, "PRAGMA cache_size=-65536", nullptr, nullptr, nullptr);
         struct Off {
             sqlite3* db;
-            ~Off() { PageRowCache::disable(db); }
+            ~Off()
+            {
+                sqlite3_exec(db, "PRAGMA cache_size=-16384", nullptr, nullptr, nullptr);
+                PageRowCache::disable(db);
+            }
         } off{db};
         downloadFromWaitingQueue();
     }
