@@ -15,6 +15,11 @@ const char* const kGetLinkHeaders =
 
 constexpr qint64 kMaxContentLength = 1048576;
 
+bool sameText(const QString& a, const QString& b)
+{
+    return a.isNull() == b.isNull() && a == b;
+}
+
 QString describeLength(const std::optional<qint64>& length)
 {
     return length ? QString::number(*length) : QStringLiteral("(null)");
@@ -59,17 +64,27 @@ LinkHeadersPtr LinkHeaders::createLinkHeadersWithURL(const QString& url, const Q
     return headers;
 }
 
+bool LinkHeaders::sameRow(const LinkHeadersPtr& a, const LinkHeadersPtr& b)
+{
+    if (!a || !b)
+        return !a && !b;
+    return sameText(a->url_, b->url_) && sameText(a->contentType_, b->contentType_)
+        && a->contentLength_ == b->contentLength_ && a->downloadedLength_ == b->downloadedLength_;
+}
+
 LinkHeadersPtr LinkHeaders::getLinkHeadersWithURL(const QString& url, const ProjectPtr& project)
 {
     sqlite3* db = databaseOf(project);
     // Asked for every link during a crawl: an answer kept in memory needs no statement.
     bool keptAbsent = false;
     const std::optional<PageRowCache::HeadersRow> kept = PageRowCache::findHeaders(db, url, &keptAbsent);
+    const LinkHeadersPtr keptHeaders =
+        kept ? std::make_shared<LinkHeaders>(kept->url, kept->contentType, kept->contentLength, kept->downloadedLength,
+                                             project)
+             : nullptr;
     const bool fromMemory = kept || keptAbsent;
     if (fromMemory && !PageRowCache::isChecking())
-        return kept ? std::make_shared<LinkHeaders>(kept->url, kept->contentType, kept->contentLength,
-                                                    kept->downloadedLength, project)
-                    : nullptr;
+        return keptHeaders;
     sqlite3_stmt* stmt = nullptr;
     if (!prepare(db, kGetLinkHeaders, &stmt)) {
         DebugTrace("getLinkHeadersWithURL Error::%s", sqlite3_errmsg(db));
@@ -82,15 +97,8 @@ LinkHeadersPtr LinkHeaders::getLinkHeadersWithURL(const QString& url, const Proj
         headers = linkHeadersFromStatement(stmt, project);
     finish(stmt);
     if (fromMemory) {
-        const bool same = kept ? headers && headers->url_ == kept->url && headers->contentType_ == kept->contentType
-                                     && headers->contentType_.isNull() == kept->contentType.isNull()
-                                     && headers->contentLength_ == kept->contentLength
-                                     && headers->downloadedLength_ == kept->downloadedLength
-                               : !headers;
-        PageRowCache::noteChecked(same, url, "LinkHeaders row");
-        return kept ? std::make_shared<LinkHeaders>(kept->url, kept->contentType, kept->contentLength,
-                                                    kept->downloadedLength, project)
-                    : nullptr;
+        PageRowCache::noteChecked(sameRow(headers, keptHeaders), url, "LinkHeaders row");
+        return keptHeaders;
     }
     if (rc == SQLITE_ROW || rc == SQLITE_DONE) {
         if (headers) {

@@ -25,6 +25,8 @@ public:
                                                    const std::shared_ptr<Project>& project);
     // The first row recorded for the URL, or none.
     static LinkHeadersPtr getLinkHeadersWithURL(const QString& url, const std::shared_ptr<Project>& project);
+    // Both null, or the same four values (null and empty texts differ).
+    static bool sameRow(const LinkHeadersPtr& a, const LinkHeadersPtr& b);
     static LinkHeadersPtr linkHeadersFromStatement(sqlite3_stmt* statement, const std::shared_ptr<Project>& project);
 
     // Case-insensitive "text/html" anywhere in the content type; a record without a content

@@ -20,15 +20,6 @@ const char* const kCountWithURL = "select count(idt) from DownloaderQueue where 
 const char* const kMarkDone = "update DownloaderQueue set perform_done=1 where idt=?";
 const char* const kMarkWaiting = "update DownloaderQueue set perform_done=0 where idt=?";
 
-// Keeps the value of the last row read.
-qint64 countValue(sqlite3_stmt* stmt, const ProjectPtr& project)
-{
-    qint64 count = 0;
-    while (nextRow(stmt, project))
-        count = columnInt(stmt, 0);
-    finish(stmt);
-    return count;
-}
 
 } // namespace
 

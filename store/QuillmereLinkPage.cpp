@@ -80,11 +80,7 @@ qint64 QuillmereLinkPage::countSourceLinks(const QuillmerePage& target, const Pr
         return 0;
     }
     bindInt(stmt, 1, target.idt());
-    qint64 count = 0;
-    if (step(stmt, project) == SQLITE_ROW)
-        count = columnInt(stmt, 0);
-    finish(stmt);
-    return count;
+    return countValue(stmt, project);
 }
 
 std::shared_ptr<QuillmereLink> QuillmereLinkPage::linkFromStatement(sqlite3_stmt* statement,

@@ -106,15 +106,6 @@ QList<QuillmerePagePtr> pageList(sqlite3_stmt* stmt, const ProjectPtr& project)
     return pages;
 }
 
-// Keeps the value of the last row read.
-qint64 countValue(sqlite3_stmt* stmt, const ProjectPtr& project)
-{
-    qint64 count = 0;
-    while (nextRow(stmt, project))
-        count = columnInt(stmt, 0);
-    finish(stmt);
-    return count;
-}
 
 PageRowCache::Row rowOf(const QuillmerePage& page)
 {

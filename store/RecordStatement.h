@@ -97,6 +97,16 @@ inline void finish(sqlite3_stmt* stmt)
 }
 
 // Whether the database holds a table of that name.
+// A count statement's answer (the value of its last row), finished; 0 without a row.
+inline qint64 countValue(sqlite3_stmt* stmt, const ProjectPtr& project)
+{
+    qint64 count = 0;
+    while (nextRow(stmt, project))
+        count = columnInt(stmt, 0);
+    finish(stmt);
+    return count;
+}
+
 inline bool hasTable(sqlite3* db, const char* name)
 {
     sqlite3_stmt* stmt = nullptr;
